@@ -1,0 +1,30 @@
+# Compiler settings that every target shares, and the function that makes a folder a library.
+
+add_library(ombrin_settings INTERFACE)
+target_compile_options(ombrin_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wcast-qual -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wundef -Werror)
+if(OMBRIN_SANITIZE)
+  target_compile_options(ombrin_settings INTERFACE
+    -fsanitize=${OMBRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(ombrin_settings INTERFACE -fsanitize=${OMBRIN_SANITIZE})
+endif()
+
+# ombrin_library(folder [folder it may use ...])
+function(ombrin_library folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  set(target ombrin_${folder})
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${target} ${scope} ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(${target} ${scope} ombrin_settings Threads::Threads ${CMAKE_DL_LIBS})
+  foreach(used IN LISTS ARGN)
+    target_link_libraries(${target} ${scope} ombrin_${used})
+  endforeach()
+endfunction()

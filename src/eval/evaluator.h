@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "board/board.h"
+#include "board/score.h"
+#include "eval/pawn_hash.h"
+
+namespace ombrin {
+
+// The static evaluation of one board, with its cache and pawn hash. Bound to that board for life;
+// both belong to one search thread. The pawn hash must have its full size (PawnHash::FULL_SIZE)
+// before anything is evaluated.
+class Evaluator {
+ public:
+  explicit Evaluator(Board& board) : board_(board) {}
+
+  // The score of the position for the side to move. Cannot fail; the board comes back as it was.
+  Score evaluate();
+
+  // The pawn terms in centipawns, White minus Black; makes pawnEntry() the position's entry.
+  int pawnScore();
+
+  // The entry of the position most recently given to evaluate() or pawnScore().
+  const PawnEntry& pawnEntry() const { return *pawnEntry_; }
+
+  PawnHash& pawnHash() { return pawnHash_; }
+  const Board& board() const { return board_; }
+
+  // Calls of evaluate() since the counter was last set to 0.
+  std::uint32_t evaluations = 0;
+
+ private:
+  static constexpr int CACHE_ENTRIES = 1024;
+  struct CacheEntry {
+    std::uint64_t key;
+    std::int32_t score;
+  };
+
+  Board& board_;
+  PawnEntry* pawnEntry_ = nullptr;
+  PawnHash pawnHash_;
+  std::array<CacheEntry, CACHE_ENTRIES> cache_{};
+};
+
+}  // namespace ombrin

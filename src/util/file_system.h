@@ -1,0 +1,20 @@
+// Directories and the existence of files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ombrin {
+
+// Creates the directory `path` and those above it; "/" and "\" both separate. A directory that
+// exists already is no error. Any other failure prints a diagnosis to standard error and returns
+// false at once.
+bool makeDirectories(std::string_view path);
+
+// True when the file can be opened for reading.
+bool fileExists(const std::string& path);
+
+// The working directory, or an empty text when the system does not tell.
+std::string currentDirectory();
+
+}  // namespace ombrin

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ombrin {
+
+// Reads lines of any length from a C stream, which its opener closes. CR LF is one line end; a lone
+// CR stays in the line, and so does a NUL byte. One thread at a time.
+class TextFile {
+ public:
+  explicit TextFile(std::FILE* stream) : stream_(stream) {}
+
+  // The next line without its line end, valid until the next call; nothing at the end of the input.
+  // A last line without a line end is a line. Blocks for as long as the stream does.
+  std::optional<std::string_view> readLine();
+
+  // True when there is nothing left to read. Blocks as readLine() does.
+  bool atEnd();
+  // The next character without reading it, or EOF. Blocks as readLine() does.
+  int peek();
+
+ private:
+  std::FILE* stream_;
+  std::string line_;
+};
+
+}  // namespace ombrin
