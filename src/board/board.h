@@ -18,8 +18,12 @@ enum CastlingRight : std::uint8_t {
   WHITE_QUEEN_SIDE = 4,
   BLACK_QUEEN_SIDE = 8,
 };
-constexpr int kingSideRight(Color color) { return WHITE_KING_SIDE << color; }
-constexpr int queenSideRight(Color color) { return WHITE_QUEEN_SIDE << color; }
+constexpr int kingSideRight(Color color) {
+  return WHITE_KING_SIDE << color;
+}
+constexpr int queenSideRight(Color color) {
+  return WHITE_QUEEN_SIDE << color;
+}
 
 // What making a move destroys and the histories do not keep. Whoever makes a move saves it first
 // (Board::save) and hands it back to unmakeMove.

@@ -59,7 +59,9 @@ constexpr int attacksOver(Delta difference) {
 }
 
 // Do the two squares share a rank, file or diagonal?
-constexpr bool isLine(Delta difference) { return (attacksOver(difference) & LINE_ATTACK) != 0; }
+constexpr bool isLine(Delta difference) {
+  return (attacksOver(difference) & LINE_ATTACK) != 0;
+}
 
 static_assert(attacksOver(17) == 21 && attacksOver(-17) == 22 && attacksOver(16) == 36);
 static_assert(stepAlong(-7 * 15) == -15 && stepAlong(33) == 33 && stepAlong(32) == 16);

@@ -18,8 +18,8 @@ class Material {
   constexpr explicit Material(std::uint32_t word) : word_(word) {}
   // What one man of that type adds.
   static constexpr Material of(PieceType type) {
-    constexpr std::array<std::uint32_t, 8> INCREMENTS = {
-        0, 0x100, 0x10001003, 0, 0, 0x10010003, 0x10100005, 0x1100000a};
+    constexpr std::array<std::uint32_t, 8> INCREMENTS = {0, 0x100,      0x10001003, 0,
+                                                         0, 0x10010003, 0x10100005, 0x1100000a};
     return Material(INCREMENTS[type]);
   }
 

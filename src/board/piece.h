@@ -49,7 +49,9 @@ enum AttackBits : std::uint8_t {
 };
 
 // The bit of a colour in piece indices and piece kinds.
-constexpr int colorBit(Color color) { return 64 << color; }
+constexpr int colorBit(Color color) {
+  return 64 << color;
+}
 
 namespace piece_tables {
 
@@ -65,17 +67,19 @@ consteval std::array<std::uint8_t, 64> makeTypes() {
 inline constexpr std::array<std::uint8_t, 64> TYPES = makeTypes();
 
 consteval std::array<std::uint8_t, 256> makeKinds() {
-  constexpr std::array<std::uint8_t, 8> ATTACKS = {
-      0, 0, KNIGHT_ATTACK, KING_ATTACK, 0, DIAGONAL_ATTACK, STRAIGHT_ATTACK, LINE_ATTACK};
+  // By colour and type; only pawns attack differently.
+  constexpr std::array<std::array<std::uint8_t, 8>, 2> ATTACKS = {
+      {{0, WHITE_PAWN_ATTACK, KNIGHT_ATTACK, KING_ATTACK, 0, DIAGONAL_ATTACK, STRAIGHT_ATTACK,
+        LINE_ATTACK},
+       {0, BLACK_PAWN_ATTACK, KNIGHT_ATTACK, KING_ATTACK, 0, DIAGONAL_ATTACK, STRAIGHT_ATTACK,
+        LINE_ATTACK}}};
   std::array<std::uint8_t, 256> kinds{};
   for (const Color color : {WHITE, BLACK}) {
     for (int slot = 0; slot < 64; ++slot) {
       const int type = TYPES[slot];
       if (type == NO_PIECE_TYPE) continue;
-      const int attacks = type != PAWN     ? ATTACKS[type]
-                          : color == WHITE ? WHITE_PAWN_ATTACK
-                                           : BLACK_PAWN_ATTACK;
-      kinds[colorBit(color) + slot] = static_cast<std::uint8_t>(colorBit(color) + attacks);
+      kinds[colorBit(color) + slot] =
+          static_cast<std::uint8_t>(colorBit(color) + ATTACKS[color][type]);
     }
   }
   kinds[192] = 192;
@@ -140,6 +144,8 @@ inline constexpr Piece EMPTY{};
 inline constexpr Piece OFF_BOARD{192};
 
 // The kinds of the two pawns, for tests of a single square.
-constexpr int pawnKind(Color color) { return color == WHITE ? 65 : 130; }
+constexpr int pawnKind(Color color) {
+  return color == WHITE ? 65 : 130;
+}
 
 }  // namespace ombrin

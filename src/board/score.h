@@ -10,7 +10,7 @@ namespace ombrin {
 // ±3000 a position known to be won or lost (mates and bitbase results).
 class Score {
  public:
-  constexpr Score() = default;  // a draw
+  constexpr Score() = default;     // a draw
   constexpr Score(int centipawns)  // NOLINT(google-explicit-constructor): numbers are scores
       : value_(centipawns) {}
 
@@ -39,6 +39,8 @@ class Score {
 inline constexpr Score DRAW = 0;
 inline constexpr Score MATE = 30000;  // bounds the root window; its negative is "no score yet"
 
-constexpr Score matedIn(int ply) { return ply - 30000; }
+constexpr Score matedIn(int ply) {
+  return ply - 30000;
+}
 
 }  // namespace ombrin

@@ -15,7 +15,9 @@ inline constexpr Delta UP = 16;
 inline constexpr Delta RIGHT = 1;
 
 // The step of a colour's pawns.
-constexpr Delta forward(Color color) { return color == WHITE ? UP : -UP; }
+constexpr Delta forward(Color color) {
+  return color == WHITE ? UP : -UP;
+}
 
 // A square in 0x88 numbering, rank * 16 + file: a1 is 0, h1 is 7, h8 is 0x77. A step may lead off
 // the board; isOnBoard() then says no.

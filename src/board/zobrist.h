@@ -61,10 +61,14 @@ constexpr std::uint64_t pieceKey(Piece piece, Square square) {
   return zobrist::Z[zobrist::ROWS[piece.index()] + square.number()];
 }
 
-constexpr std::uint64_t enPassantKey(Square square) { return zobrist::Z[square.number()]; }
+constexpr std::uint64_t enPassantKey(Square square) {
+  return zobrist::Z[square.number()];
+}
 
 // The key of a set of castling rights (0 to 15). Linear: the keys of two sets, XORed, are the key
 // of the rights that one set has and the other has not.
-constexpr std::uint64_t castleKey(int rights) { return zobrist::CASTLING[rights]; }
+constexpr std::uint64_t castleKey(int rights) {
+  return zobrist::CASTLING[rights];
+}
 
 }  // namespace ombrin
