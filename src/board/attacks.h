@@ -46,8 +46,8 @@ inline bool discoversCheck(const Board& board, Square enemyKing, Square from, Sq
 }
 
 // Does the pseudo-legal `move` of the side to move give check, directly or by opening a line? A
-// line with exactly one more piece between slider and king (for the direct check, not a pawn) counts
-// too, and then `move` gets the x-ray flag.
+// line with exactly one more piece between slider and king (for the direct check, not a pawn)
+// counts too, and then `move` gets the x-ray flag.
 bool givesCheck(const Board& board, Move& move, Square enemyKing);
 
 }  // namespace ombrin
