@@ -6,8 +6,8 @@ namespace ombrin {
 
 // Makes a move of the position: one that a generator produced, or that isMove or parseMove
 // accepted, and that does not expose the mover's king. Returns the word with its check flags filled
-// in; or the null move, and the board as before, when it is a castling or en-passant capture that is
-// not legal after all. Save the board's SavedState first.
+// in; or the null move, and the board as before, when it is a castling or en-passant capture that
+// is not legal after all. Save the board's SavedState first.
 Move makeMove(Board& board, Move move);
 
 // Takes back the last move made; `move` is the word that makeMove was given (flags do not matter).
