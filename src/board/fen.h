@@ -8,13 +8,13 @@
 
 namespace ombrin {
 
-inline constexpr std::string_view START_FEN =
-    "rnbqkbnr/pppppppp/////PPPPPPPP/RNBQKBNR w KQkq - -";
+inline constexpr std::string_view START_FEN = "rnbqkbnr/pppppppp/////PPPPPPPP/RNBQKBNR w KQkq - -";
 
-// Sets the board up. Lenient in what the engine can do without (missing trailing fields, empty ranks
-// written as nothing, castling rights that the pieces do not support), strict in what would break
-// it: false, with a line on standard output that says why, for a position that no game can reach in
-// one of the ways that matter here. After a refusal the board must not be played on or searched.
+// Sets the board up. Lenient in what the engine can do without (missing trailing fields, empty
+// ranks written as nothing, castling rights that the pieces do not support), strict in what would
+// break it: false, with a line on standard output that says why, for a position that no game can
+// reach in one of the ways that matter here. After a refusal the board must not be played on or
+// searched.
 bool setFen(Board& board, std::string_view text);
 
 // The position's FEN. Its two counts are the half-move clock and the plies made since the set-up.

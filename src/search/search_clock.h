@@ -8,8 +8,9 @@
 
 namespace ombrin {
 
-// Turns the limits that a front-end hands over into five time budgets, and during a search keeps one
-// of them as the current limit, according to how the search is going. All times are milliseconds.
+// Turns the limits that a front-end hands over into five time budgets, and during a search keeps
+// one of them as the current limit, according to how the search is going. All times are
+// milliseconds.
 //
 // A front-end fills the clock while no search runs; during a search the searching thread notifies
 // and asks it, and ponderhit() may come from any thread.
@@ -58,9 +59,9 @@ class SearchClock {
   // Set by the front-ends before a search.
   bool canPonder = false;
   std::uint64_t nodeLimit = 0;  // 0: none
-  int depth = 0;                // as the front-end gave it; the controller holds the one that counts
-  int movesOutOfBook = 0;       // moves since the game left the book; 0: not known
-  int timeGap = 0;              // kept in reserve of the remaining time
+  int depth = 0;           // as the front-end gave it; the controller holds the one that counts
+  int movesOutOfBook = 0;  // moves since the game left the book; 0: not known
+  int timeGap = 0;         // kept in reserve of the remaining time
 
  private:
   void computeBudgets();

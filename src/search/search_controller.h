@@ -28,8 +28,8 @@ class SearchController {
 
   // Creates the main search thread, below normal priority, and applies the stored thread count.
   void boot();
-  // Uses n threads, clamped to 1 to MAX_THREADS. Before boot() only remembers n. Waits for a running
-  // search to end by itself, so stop it first.
+  // Uses n threads, clamped to 1 to MAX_THREADS. Before boot() only remembers n. Waits for a
+  // running search to end by itself, so stop it first.
   void setThreads(int n);
   int threadCount() const;
 
@@ -41,8 +41,8 @@ class SearchController {
   // `board` that begins when the finished one has returned. Until it ends the thread is not idle,
   // and stopAndWait() stops it whether it has begun or not (its `finished` is called all the same).
   void startNext(const Board& board);
-  // Stops the search and waits until it has ended, `finished` included. At once when none runs. Hold
-  // no lock that `finished` takes.
+  // Stops the search and waits until it has ended, `finished` included. At once when none runs.
+  // Hold no lock that `finished` takes.
   void stopAndWait();
   // A search that was started infinite goes on under the clock's limits.
   void ponderhit();
@@ -50,7 +50,7 @@ class SearchController {
 
   // Settings, read when a search starts. A depth below 1 means no limit of its own.
   int maxDepth = 0;
-  bool quiet = false;  // no log output
+  bool quiet = false;                          // no log output
   void setListener(SearchObserver* listener);  // may be null; not owned
 
   // Results of the last search; also during one, from within the observer's operations.

@@ -43,9 +43,9 @@ class Tt {
 
   // resize, clear and nextGeneration: only while no search runs.
 
-  // Takes the largest power of two of kilobytes not above `kb`, at least 256, and empties the table;
-  // nothing happens when it has that size already. Tries smaller sizes when memory is short and
-  // aborts when there is none.
+  // Takes the largest power of two of kilobytes not above `kb`, at least 256, and empties the
+  // table; nothing happens when it has that size already. Tries smaller sizes when memory is short
+  // and aborts when there is none.
   void resize(std::size_t kb);
   void clear();
   void nextGeneration();

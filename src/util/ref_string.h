@@ -20,7 +20,7 @@ class RefString {
  public:
   RefString();                       // empty
   RefString(std::string_view text);  // NOLINT(google-explicit-constructor)
-  RefString(const char* text);       // NOLINT(google-explicit-constructor): null gives the empty text
+  RefString(const char* text);  // NOLINT(google-explicit-constructor): null gives the empty text
 
   std::string_view view() const { return *text_; }
   const char* c_str() const { return text_->c_str(); }
