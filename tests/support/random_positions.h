@@ -1,0 +1,68 @@
+// Positions for properties: random games from varied starts.
+#pragma once
+
+#include <array>
+#include <random>
+#include <string_view>
+
+#include "board/board.h"
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/move_generation.h"
+
+namespace ombrin {
+
+inline constexpr std::array<std::string_view, 12> VARIED_FENS = {
+    START_FEN,
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq -",
+    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ -",
+    "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - -",
+    "4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - -",
+    "r3k2r/8/8/8/8/8/8/R3K2R b KQkq -",
+    "8/8/8/2k5/3Pp3/8/8/3K4 b - d3",
+    "8/k7/8/KPp4r/8/8/8/8 w - c6",
+    "QQQQQQQQ/Q6k/8/8/8/8/8/KNBR4 w - -",
+    "6kq/5ppp/8/8/8/8/PPP5/QK6 b - -",
+};
+
+// The moves of the position that makeMove accepts, written to `out`; returns their end.
+inline Move* legalMoves(Board& board, Move* out) {
+  std::array<Move, MAX_MOVES> moves;
+  const Move* end = genLegal(board, moves.data(), board.lastMove());
+  const SavedState saved = board.save();
+  for (const Move* move = moves.data(); move != end; ++move) {
+    if (makeMove(board, *move).isNull()) continue;
+    unmakeMove(board, *move, saved);
+    *out++ = *move;
+  }
+  return out;
+}
+
+// Plays `games` random games of at most `plies` plies from every start and calls visit(Board&) for
+// every position on the way. The visitor must leave the board as it was.
+template <typename Visitor>
+void forRandomPositions(int games, int plies, Visitor&& visit) {
+  std::mt19937 random(20260);
+  Board board;
+  for (const std::string_view fen : VARIED_FENS) {
+    for (int game = 0; game < games; ++game) {
+      if (!setFen(board, fen)) continue;
+      for (int ply = 0; ply < plies; ++ply) {
+        visit(board);
+        std::array<Move, MAX_MOVES> moves;
+        const auto count = static_cast<unsigned>(legalMoves(board, moves.data()) - moves.data());
+        if (count == 0) break;
+        const Move move = moves[random() % count];
+        const SavedState saved = board.save();
+        const Move made = makeMove(board, move);
+        // A game's board remembers its moves with their check flags.
+        unmakeMove(board, move, saved);
+        makeMove(board, made);
+      }
+    }
+  }
+}
+
+}  // namespace ombrin
