@@ -36,7 +36,7 @@ class Thread {
 
  private:
   struct State;
-  std::shared_ptr<State> state_;
+  std::unique_ptr<State> state_;
 };
 
 }  // namespace ombrin
