@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrin {
 
@@ -13,18 +13,21 @@ class TextFile {
  public:
   explicit TextFile(std::FILE* stream) : stream_(stream) {}
 
-  // The next line without its line end, valid until the next call; nothing at the end of the input.
-  // A last line without a line end is a line. Blocks for as long as the stream does.
+  // The next line without its line end, valid until the next call; nothing at the end of the input,
+  // or when there is no memory for the line. A last line without a line end is a line. Blocks for
+  // as long as the stream does.
   std::optional<std::string_view> readLine();
 
   // True when there is nothing left to read. Blocks as readLine() does.
-  bool atEnd();
+  bool atEnd() { return peek() == EOF; }
   // The next character without reading it, or EOF. Blocks as readLine() does.
   int peek();
 
  private:
+  bool grow(std::size_t length);
+
   std::FILE* stream_;
-  std::string line_;
+  std::vector<char> buffer_;
 };
 
 }  // namespace ombrin
