@@ -167,7 +167,9 @@ TEST(Checks, AreFoundBeforeTheMoveIsMade) {
       if (move->isQuiet() && !move->isCastling()) {
         EXPECT_EQ(generated.count(word) != 0, made.givesDirectCheck())
             << moveToText(made) << " " << writeFen(board);
-        if (made.givesDiscoveredCheck()) EXPECT_TRUE(discovering.count(word)) << writeFen(board);
+        if (made.givesDiscoveredCheck()) {
+          EXPECT_TRUE(discovering.count(word)) << writeFen(board);
+        }
       }
     }
   });

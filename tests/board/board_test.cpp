@@ -79,7 +79,9 @@ TEST(Board, ForgetsOldMovesButNoRepetition) {
     board.makeRoom();
     longest = std::max(longest, board.ply);
     play(board, {shuffle[ply % 4]});
-    if (ply > 200) ASSERT_EQ(board.hash, board.hashHistory[board.ply - 4]);
+    if (ply > 200) {
+      ASSERT_EQ(board.hash, board.hashHistory[board.ply - 4]);
+    }
   }
   EXPECT_EQ(board.gamePly(), 5000U);
   EXPECT_LE(longest + Board::SEARCH_HEADROOM, static_cast<std::uint32_t>(Board::HISTORY));
@@ -113,7 +115,9 @@ TEST(Fen, RefusesWhatNoGameReachesAndSaysWhy) {
     bool accepted = false;
     const std::string printed = printedBy([&] { accepted = setFen(board, test.fen); });
     EXPECT_EQ(accepted, test.message == nullptr) << test.fen;
-    if (test.message != nullptr) EXPECT_EQ(printed, test.message) << test.fen;
+    if (test.message != nullptr) {
+      EXPECT_EQ(printed, test.message) << test.fen;
+    }
   }
 }
 
@@ -255,11 +259,11 @@ TEST(SelfCheckDeathTest, NamesWhatIsBroken) {
   ASSERT_TRUE(setFen(board, START_FEN));
   checkBoard(board, "sound", NULL_MOVE);
   const auto broken = [](void (*breakIt)(Board&)) {
-    Board board;
-    setFen(board, START_FEN);
-    breakIt(board);
-    dup2(2, 1);
-    checkBoard(board, "label", NULL_MOVE);
+    Board victim;
+    setFen(victim, START_FEN);
+    breakIt(victim);
+    dup2(2, 1);  // death tests look at standard error
+    checkBoard(victim, "label", NULL_MOVE);
   };
   EXPECT_DEATH(broken([](Board& b) { b.at(E1) = EMPTY; }), "label wrong index: sq=4");
   EXPECT_DEATH(broken([](Board& b) { b.hash ^= 1; }), ": hash not ok: label");
