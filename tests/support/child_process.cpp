@@ -107,8 +107,7 @@ std::optional<std::string> ChildProcess::readLine(Milliseconds deadline) {
 std::optional<std::string> ChildProcess::waitFor(std::string_view prefix, Milliseconds deadline) {
   const Clock::time_point end = Clock::now() + deadline;
   for (;;) {
-    std::optional<std::string> line =
-        readLine(std::chrono::ceil<Milliseconds>(end - Clock::now()));
+    std::optional<std::string> line = readLine(std::chrono::ceil<Milliseconds>(end - Clock::now()));
     if (!line || line->compare(0, prefix.size(), prefix) == 0) return line;
   }
 }
@@ -135,7 +134,9 @@ std::optional<int> ChildProcess::waitForExit(Milliseconds deadline) {
   return status_;
 }
 
-void ChildProcess::kill(int signal) const { ::kill(pid_, signal); }
+void ChildProcess::kill(int signal) const {
+  ::kill(pid_, signal);
+}
 
 long ChildProcess::residentKb() const {
   std::ifstream file("/proc/" + std::to_string(pid_) + "/status");

@@ -1,0 +1,121 @@
+#include "soak/game.h"
+
+#include <algorithm>
+
+#include "board/display.h"
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/notation.h"
+#include "support/random_positions.h"
+
+namespace ombrin {
+
+namespace {
+
+constexpr int MOST_PLIES = 400;
+// What the referee allows for pipes and a busy machine.
+constexpr int TOLERANCE_MS = 60;
+
+bool isRepeated(const Board& board) {
+  int seen = 0;
+  for (std::uint32_t back = 2; back <= board.reversiblePlies(); back += 2) {
+    seen += board.hashHistory[board.ply - back] == board.hash ? 1 : 0;
+  }
+  return seen >= 2;
+}
+
+bool isDeadDraw(const Board& board) {
+  return !board.WhiteMaterial.hasPawnRookOrQueen() && !board.BlackMaterial.hasPawnRookOrQueen() &&
+         board.WhiteMaterial.minors() + board.BlackMaterial.minors() < 2;
+}
+
+// As both protocols write moves.
+std::string inLowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+bool canMove(Board& board) {
+  std::array<Move, MAX_MOVES> moves;
+  return legalMoves(board, moves.data()) != moves.data();
+}
+
+void playRandomOpening(Board& board, std::mt19937& random) {
+  for (;;) {
+    setFen(board, random() % 4 == 0 ? VARIED_FENS[random() % 5] : START_FEN);
+    const unsigned plies = random() % 9;
+    for (unsigned ply = 0; ply < plies; ++ply) {
+      std::array<Move, MAX_MOVES> moves;
+      const auto count = static_cast<unsigned>(legalMoves(board, moves.data()) - moves.data());
+      if (count == 0) break;
+      const Move move = parseMove(board, moveToCoordinates(moves[random() % count]));
+      makeMove(board, move);
+    }
+    if (canMove(board)) return;
+  }
+}
+
+}  // namespace
+
+GameResult playGame(Player& white, Player& black, const GameClock& clock, std::mt19937& random) {
+  Board board;
+  playRandomOpening(board, random);
+  const std::string fen = writeFen(board);
+  setFen(board, fen);
+  white.newGame(fen, WHITE, clock);
+  black.newGame(fen, BLACK, clock);
+  std::array<int, 2> left = {clock.baseMs, clock.baseMs};
+  std::vector<std::string> moves;
+  GameResult result;
+  const auto end = [&](int score, const std::string& reason, bool isFault = false) {
+    result.score = score;
+    result.reason = reason;
+    result.isFault = isFault;
+  };
+
+  while (result.reason.empty()) {
+    const Color side = board.side;
+    const int lost = side == WHITE ? -1 : 1;
+    Player& player = side == WHITE ? white : black;
+    if (!canMove(board)) {
+      end(board.lastMove().isCheck() ? lost : 0, board.lastMove().isCheck() ? "mate" : "stalemate");
+    } else if (board.reversiblePlies() >= 100) {
+      end(0, "fifty moves");
+    } else if (isRepeated(board)) {
+      end(0, "repetition");
+    } else if (isDeadDraw(board)) {
+      end(0, "insufficient material");
+    } else if (moves.size() >= MOST_PLIES) {
+      end(0, "adjudicated as too long");
+    } else {
+      const std::optional<Reply> reply = player.think(moves, {left[side], left[~side]});
+      if (!reply) {
+        end(lost, player.hasDied() ? "crash" : "stall", true);
+        break;
+      }
+      const int allowed = clock.moveTimeMs > 0 ? clock.moveTimeMs * 21 / 20 + 5 : left[side];
+      if (reply->elapsedMs > allowed + TOLERANCE_MS) {
+        end(lost, "time: " + std::to_string(reply->elapsedMs) + " of " + std::to_string(allowed),
+            true);
+        break;
+      }
+      left[side] = std::max(1, left[side] - static_cast<int>(reply->elapsedMs)) + clock.incrementMs;
+      const Move move = parseMove(board, reply->move);
+      if (move.isNull()) {
+        end(lost, "illegal move: " + reply->move, true);
+        break;
+      }
+      makeMove(board, move);
+      moves.push_back(inLowerCase(moveToCoordinates(move)));
+    }
+  }
+  white.endGame();
+  black.endGame();
+  result.plies = static_cast<int>(moves.size());
+  result.record = fen;
+  for (const std::string& move : moves) result.record += " " + move;
+  return result;
+}
+
+}  // namespace ombrin
