@@ -13,7 +13,8 @@ namespace {
 
 // Acquire: the stream's own state, made by the thread that opened it, is needed too. The level is a
 // number that nothing else hangs on.
-void logAt(int level, const char* format, std::va_list arguments) {
+__attribute__((format(printf, 2, 0))) void logAt(int level, const char* format,
+                                                 std::va_list arguments) {
   if (logLevel.load(std::memory_order_relaxed) > level) return;
   vprint(logFile.load(std::memory_order_acquire), format, arguments);
 }
