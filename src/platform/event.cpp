@@ -3,23 +3,24 @@
 namespace ombrin {
 
 void Event::set() {
-  const std::lock_guard<std::mutex> lock(mutex_);
+  // Notifying under the lock lets a waiter destroy the event as soon as wait() has returned.
+  const std::lock_guard lock(mutex_);
   signalled_ = true;
   changed_.notify_all();
 }
 
 void Event::reset() {
-  const std::lock_guard<std::mutex> lock(mutex_);
+  const std::lock_guard lock(mutex_);
   signalled_ = false;
 }
 
 void Event::wait() const {
-  std::unique_lock<std::mutex> lock(mutex_);
+  std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return signalled_; });
 }
 
 bool Event::isSet() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return signalled_;
 }
 

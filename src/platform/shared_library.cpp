@@ -12,20 +12,21 @@ SharedLibrary::~SharedLibrary() {
 
 bool SharedLibrary::open(const std::string& path) {
   close();
-  std::string name = path;
-  std::replace(name.begin(), name.end(), '\\', '/');
-  if (name.find('/') == std::string::npos) name.insert(0, "./");
-  handle_ = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+  std::string file = path;
+  std::replace(file.begin(), file.end(), '\\', '/');
+  // The loader looks in the system's directories for a name without a separator.
+  if (file.find('/') == std::string::npos) file.insert(0, "./");
+  handle_ = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   return isOpen();
 }
 
 void SharedLibrary::close() {
-  if (isOpen()) dlclose(handle_);
+  if (handle_ != nullptr) dlclose(handle_);
   handle_ = nullptr;
 }
 
 void* SharedLibrary::symbol(const char* name) const {
-  return isOpen() ? dlsym(handle_, name) : nullptr;
+  return handle_ != nullptr ? dlsym(handle_, name) : nullptr;
 }
 
 }  // namespace ombrin

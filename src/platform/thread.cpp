@@ -1,70 +1,88 @@
 #include "platform/thread.h"
 
 #include <sys/resource.h>
-#include <unistd.h>
 
-#include <atomic>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
 #include <system_error>
 #include <thread>
-
-#include "platform/event.h"
+#include <utility>
 
 namespace ombrin {
 
 namespace {
 
-// The kernel keeps a nice value per thread, and 1 is the smallest step below normal.
-void lowerOwnPriority() {
-  const auto self = static_cast<id_t>(gettid());
-  setpriority(PRIO_PROCESS, self, getpriority(PRIO_PROCESS, self) + 1);
+enum class Gate { CLOSED, OPEN, CANCELLED };
+
+// Linux keeps one nice value per thread, and 0 names the calling one.
+void stepBelowNormal() {
+  errno = 0;
+  const int nice = getpriority(PRIO_PROCESS, 0);
+  if (nice == -1 && errno != 0) return;
+  setpriority(PRIO_PROCESS, 0, nice + 1);
 }
 
 }  // namespace
 
+// The new thread waits at the gate until resume() opens it or join() cancels it.
 struct Thread::State {
   std::function<void()> entry;
-  Event resumed;
-  std::atomic<bool> abandoned{false};
-  std::atomic<ThreadPriority> priority{ThreadPriority::NORMAL};
+  std::mutex mutex;
+  std::condition_variable gateChanged;
+  Gate gate = Gate::CLOSED;
+  ThreadPriority priority = ThreadPriority::NORMAL;
   std::thread thread;
+
+  void run() {
+    ThreadPriority wanted = ThreadPriority::NORMAL;
+    {
+      std::unique_lock lock(mutex);
+      gateChanged.wait(lock, [this] { return gate != Gate::CLOSED; });
+      if (gate == Gate::CANCELLED) return;
+      wanted = priority;
+    }
+    if (wanted == ThreadPriority::BELOW_NORMAL) stepBelowNormal();
+    entry();
+  }
+
+  // Only the first call moves the gate.
+  void moveGate(Gate to) {
+    const std::lock_guard lock(mutex);
+    if (gate == Gate::CLOSED) gate = to;
+    gateChanged.notify_all();
+  }
 };
 
 Thread::Thread() = default;
+
 Thread::Thread(Thread&&) noexcept = default;
 
 Thread& Thread::operator=(Thread&& other) noexcept {
   if (this != &other) {
-    Thread old(std::move(*this));
+    join();
     state_ = std::move(other.state_);
   }
   return *this;
 }
 
 Thread::~Thread() {
-  if (!running()) return;
-  if (!state_->resumed.isSet()) {
-    state_->abandoned = true;
-    state_->resumed.set();
-  }
   join();
 }
 
 Thread Thread::createSuspended(std::function<void()> entry) {
-  Thread made;
-  made.state_ = std::make_unique<State>();
-  State* state = made.state_.get();
+  Thread result;
+  const auto state = std::make_shared<State>();
   state->entry = std::move(entry);
   try {
-    state->thread = std::thread([state] {
-      state->resumed.wait();
-      if (state->abandoned) return;
-      if (state->priority == ThreadPriority::BELOW_NORMAL) lowerOwnPriority();
-      state->entry();
-    });
+    // The object is not moved while the thread runs: it stays behind the shared pointer, which
+    // join() releases only after the thread has ended.
+    state->thread = std::thread([running = state.get()] { running->run(); });
+    result.state_ = state;
   } catch (const std::system_error&) {
-    made.state_.reset();
+    return result;
   }
-  return made;
+  return result;
 }
 
 bool Thread::running() const {
@@ -72,14 +90,18 @@ bool Thread::running() const {
 }
 
 void Thread::setPriority(ThreadPriority priority) {
+  if (state_ == nullptr) return;
+  const std::lock_guard lock(state_->mutex);
   state_->priority = priority;
 }
 
 void Thread::resume() {
-  state_->resumed.set();
+  if (state_ != nullptr) state_->moveGate(Gate::OPEN);
 }
 
 void Thread::join() {
+  if (state_ == nullptr) return;
+  state_->moveGate(Gate::CANCELLED);
   state_->thread.join();
   state_.reset();
 }

@@ -31,12 +31,12 @@ class Thread {
   // Lets the thread run. Only once.
   void resume();
 
-  // Blocks until the thread has ended.
+  // Blocks until the thread has ended; one that was not resumed ends now.
   void join();
 
  private:
   struct State;
-  std::unique_ptr<State> state_;
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace ombrin

@@ -5,9 +5,9 @@
 namespace ombrin {
 
 std::uint64_t tickCount() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
   return static_cast<std::uint64_t>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+      std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
 }
 
 }  // namespace ombrin

@@ -1,45 +1,54 @@
 #include "util/file_system.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
+#include <system_error>
 
 #include "util/print.h"
 
 namespace ombrin {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-bool makeDirectory(const std::string& path) {
+bool makeDirectory(std::string_view path) {
+  std::string directory(path);
+  std::replace(directory.begin(), directory.end(), '\\', '/');
   std::error_code error;
-  std::filesystem::create_directory(path, error);
-  if (!error || std::filesystem::is_directory(path)) return true;
-  print(stderr, "FileSystem: error %i creating directory: '%s'\n", error.value(), path.c_str());
+  fs::create_directory(directory, error);
+  if (!error) return true;
+  print(stderr, "FileSystem: error %i creating directory: '%s'\n", error.value(),
+        std::string(path).c_str());
   return false;
 }
 
 }  // namespace
 
 bool makeDirectories(std::string_view path) {
-  // Created with the system's own separator, whichever the caller used.
-  std::string made;
-  for (const char c : path) {
-    const bool separates = c == '/' || c == '\\';
-    if (separates && !made.empty() && !makeDirectory(made)) return false;
-    made += separates ? '/' : c;
+  std::size_t end = 0;
+  while (end < path.size()) {
+    end = std::min(path.find_first_of("/\\", end), path.size());
+    if (end > 0 && !makeDirectory(path.substr(0, end))) return false;
+    ++end;
   }
-  return made.empty() || made.back() == '/' || makeDirectory(made);
+  return true;
 }
 
 bool fileExists(const std::string& path) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(path.c_str(), "r"),
-                                                               &std::fclose);
-  return stream != nullptr;
+  // A directory can be opened on some systems, but never read.
+  std::error_code error;
+  if (fs::is_directory(path, error)) return false;
+  std::FILE* const file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) return false;
+  std::fclose(file);
+  return true;
 }
 
 std::string currentDirectory() {
   std::error_code error;
-  return std::filesystem::current_path(error).string();
+  return fs::current_path(error).string();
 }
 
 }  // namespace ombrin

@@ -18,7 +18,8 @@ class IniFile {
   };
 
   // Adds the file's entries to what is there; a key that is there already takes the new value in
-  // its old place. False, and nothing changed, when the file cannot be opened or is a directory.
+  // its old place. False, and nothing changed, when the file cannot be opened or is a directory;
+  // false also when reading breaks off.
   bool load(const std::string& path);
 
   // The value of `key` (compared byte for byte), or the empty text. Shares the stored text.

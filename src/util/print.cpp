@@ -10,6 +10,7 @@ void print(std::FILE* stream, const char* format, ...) {
 }
 
 void vprint(std::FILE* stream, const char* format, std::va_list arguments) {
+  // The C library locks the stream for the whole call, which keeps the text in one piece.
   if (stream != nullptr) std::vfprintf(stream, format, arguments);
 }
 

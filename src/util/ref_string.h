@@ -15,7 +15,8 @@ extern std::atomic<std::uint32_t> liveStrings;
 
 // A text of any bytes, NUL included. Copying shares the text; append() on a shared text makes the
 // holder a copy of its own first. A RefString belongs to one thread at a time, and so do all that
-// share a text with it. Running out of memory ends the process.
+// share a text with it. One that was moved from may only be assigned to or destroyed. Running out
+// of memory ends the process.
 class RefString {
  public:
   RefString();                       // empty

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <string_view>
-#include <vector>
 
 namespace ombrin {
 
@@ -14,12 +15,12 @@ class TextFile {
   explicit TextFile(std::FILE* stream) : stream_(stream) {}
 
   // The next line without its line end, valid until the next call; nothing at the end of the input,
-  // or when there is no memory for the line. A last line without a line end is a line. Blocks for
-  // as long as the stream does.
+  // on a read error, or when there is no memory for so long a line. A last line without a line end
+  // is a line. Blocks for as long as the stream does.
   std::optional<std::string_view> readLine();
 
   // True when there is nothing left to read. Blocks as readLine() does.
-  bool atEnd() { return peek() == EOF; }
+  bool atEnd();
   // The next character without reading it, or EOF. Blocks as readLine() does.
   int peek();
 
@@ -27,7 +28,7 @@ class TextFile {
   bool grow(std::size_t length);
 
   std::FILE* stream_;
-  std::vector<char> buffer_;
+  std::string buffer_;
 };
 
 }  // namespace ombrin

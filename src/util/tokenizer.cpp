@@ -4,24 +4,38 @@
 
 namespace ombrin {
 
+void Tokenizer::setText(RefString text) {
+  text_ = std::move(text);
+  position_ = 0;
+}
+
 void Tokenizer::setTrimmedText(const RefString& text) {
-  const std::size_t start = text.view().find_first_not_of(' ');
-  rest_ = start == std::string_view::npos ? RefString() : text.substring(start, text.length());
+  setText(text);
+  skipSpaces();
+}
+
+const RefString& Tokenizer::rest() const {
+  if (position_ > 0) {
+    text_ = text_.substring(position_, text_.length());
+    position_ = 0;
+  }
+  return text_;
 }
 
 RefString Tokenizer::nextToken() {
-  const std::string_view text = rest_.view();
-  const std::size_t delimiter = text.find_first_of(delimiters_);
-  if (delimiter == std::string_view::npos) {
-    RefString token = rest_;
-    rest_.clear();
-    return token;
+  const std::size_t start = position_;
+  const std::size_t end = std::min(text_.view().find_first_of(delimiters_, start), text_.length());
+  position_ = end;
+  if (!atEnd()) {
+    const bool space = text_.view()[end] == ' ';
+    ++position_;
+    if (space) skipSpaces();
   }
-  RefString token = rest_.substring(0, delimiter);
-  std::size_t next = delimiter + 1;
-  if (text[delimiter] == ' ') next = std::min(text.find_first_not_of(' ', next), text.size());
-  rest_ = rest_.substring(next, text.size());
-  return token;
+  return text_.substring(start, end);
+}
+
+void Tokenizer::skipSpaces() {
+  position_ = std::min(text_.view().find_first_not_of(' ', position_), text_.length());
 }
 
 }  // namespace ombrin

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "util/ref_string.h"
 
@@ -11,11 +13,13 @@ class Tokenizer {
  public:
   explicit Tokenizer(std::string_view delimiters = " \t") : delimiters_(delimiters) {}
 
-  void setText(RefString text) { rest_ = std::move(text); }
+  void setText(RefString text);
   // setText without the text's leading spaces.
   void setTrimmedText(const RefString& text);
-  const RefString& rest() const { return rest_; }
-  bool atEnd() const { return rest_.empty(); }
+  // The part that is still to be split; the reference holds until the next call of any operation
+  // that changes it.
+  const RefString& rest() const;
+  bool atEnd() const { return position_ == text_.length(); }
 
   // The text up to the first delimiter, which is consumed; when it is a space, so is every space
   // that follows. A text that starts with a delimiter yields an empty token, so a caller loops
@@ -23,8 +27,13 @@ class Tokenizer {
   RefString nextToken();
 
  private:
+  void skipSpaces();
+
   std::string_view delimiters_;
-  RefString rest_;
+  // The rest is what follows `position_`; cutting it off only on demand keeps the splitting of a
+  // long line from copying it once per word.
+  mutable RefString text_;
+  mutable std::size_t position_ = 0;
 };
 
 }  // namespace ombrin
