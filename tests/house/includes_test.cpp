@@ -1,0 +1,176 @@
+// Keeps the picture of the house true: which folder may include which, no circles between files,
+// and the operating system behind one door.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace ombrin {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The files of src/ by their path below it, such as "util/log.h", with their contents.
+using Sources = std::map<std::string, std::string>;
+using Findings = std::vector<std::string>;
+
+// What each folder may use, beside itself; the table of docs/architecture.md.
+const std::map<std::string, std::set<std::string>> MAY_USE = {
+    {"shell", {"protocol", "book", "pgn", "search", "eval", "egbb", "board", "util", "platform"}},
+    {"protocol", {"search", "book", "board", "util", "platform"}},
+    {"book", {"pgn", "board", "util"}},
+    {"pgn", {"util"}},
+    {"search", {"eval", "egbb", "board", "util", "platform"}},
+    {"eval", {"board", "util"}},
+    {"egbb", {"board", "util", "platform"}},
+    {"board", {"util"}},
+    {"util", {"platform"}},
+    {"platform", {}},
+};
+
+Sources readSources() {
+  const fs::path root = fs::path(OMBRIN_SOURCE_DIR) / "src";
+  Sources sources;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    if (!entry.is_regular_file()) continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    sources[fs::relative(entry.path(), root).generic_string()] = {
+        std::istreambuf_iterator<char>(file), {}};
+  }
+  return sources;
+}
+
+// The names in the #include lines of `text`, with the bracket or quote in front.
+std::vector<std::string> includesOf(const std::string& text) {
+  static const std::regex INCLUDE(R"((?:^|\n)[ \t]*#[ \t]*include[ \t]*([<"][^>"\n]*))");
+  std::vector<std::string> names;
+  for (std::sregex_iterator match(text.begin(), text.end(), INCLUDE), end; match != end; ++match) {
+    names.push_back((*match)[1]);
+  }
+  return names;
+}
+
+std::string folderOf(const std::string& file) {
+  return file.substr(0, file.find('/'));
+}
+
+Findings forbiddenArrows(const Sources& sources) {
+  Findings findings;
+  for (const auto& [file, text] : sources) {
+    const auto allowed = MAY_USE.find(folderOf(file));
+    if (allowed == MAY_USE.end()) {
+      findings.push_back(file + ": unknown folder");
+      continue;
+    }
+    for (const std::string& include : includesOf(text)) {
+      if (include[0] != '"') continue;
+      const std::string used = include.substr(1);
+      if (!sources.contains(used)) {
+        findings.push_back(file + ": \"" + used + "\" is no file of src/");
+      } else if (folderOf(used) != allowed->first && !allowed->second.contains(folderOf(used))) {
+        findings.push_back(file + ": may not use " + used);
+      }
+    }
+  }
+  return findings;
+}
+
+Findings circles(const Sources& sources) {
+  Findings findings;
+  std::set<std::string> done;
+  std::vector<std::string> path;
+  const std::function<void(const std::string&)> visit = [&](const std::string& file) {
+    const auto seen = std::find(path.begin(), path.end(), file);
+    if (seen != path.end()) {
+      std::string circle;
+      for (auto step = seen; step != path.end(); ++step) circle += *step + " -> ";
+      findings.push_back(circle + file);
+      return;
+    }
+    const auto source = sources.find(file);
+    if (source == sources.end() || !done.insert(file).second) return;
+    path.push_back(file);
+    for (const std::string& include : includesOf(source->second)) visit(include.substr(1));
+    path.pop_back();
+  };
+  for (const auto& [file, text] : sources) visit(file);
+  return findings;
+}
+
+Findings systemHeadersOutsidePlatform(const Sources& sources) {
+  static const std::regex SYSTEM_HEADER(
+      "<((sys|linux|asm|arpa|net|netinet)/.*"
+      "|(aio|dirent|dlfcn|fcntl|glob|poll|pthread|sched|semaphore|spawn|strings|syslog|termios"
+      "|ucontext|unistd|direct|io|process|windows|winsock2?)\\.h)",
+      std::regex::icase);
+  Findings findings;
+  for (const auto& [file, text] : sources) {
+    if (folderOf(file) == "platform") continue;
+    for (const std::string& include : includesOf(text)) {
+      if (std::regex_match(include, SYSTEM_HEADER)) {
+        findings.push_back(file + ": may not use " + include + ">");
+      }
+    }
+  }
+  return findings;
+}
+
+Findings headersWithoutGuard(const Sources& sources) {
+  static const std::regex GUARD("(^|\n)#pragma once\n");
+  Findings findings;
+  for (const auto& [file, text] : sources) {
+    if (file.ends_with(".h") && !std::regex_search(text, GUARD)) findings.push_back(file);
+  }
+  return findings;
+}
+
+TEST(House, ArrowsPointDown) {
+  const Sources sources = readSources();
+  ASSERT_GT(sources.size(), 30U);
+  EXPECT_EQ(forbiddenArrows(sources), Findings());
+}
+
+TEST(House, NoCirclesBetweenFiles) {
+  EXPECT_EQ(circles(readSources()), Findings());
+}
+
+TEST(House, OnlyPlatformNamesAnOperatingSystem) {
+  EXPECT_EQ(systemHeadersOutsidePlatform(readSources()), Findings());
+}
+
+TEST(House, EveryHeaderIsReadOnce) {
+  EXPECT_EQ(headersWithoutGuard(readSources()), Findings());
+}
+
+// A crooked house, to see that the checks above would notice.
+TEST(House, TheChecksFindWhatIsWrong) {
+  const Sources crooked = {
+      {"attic/box.h", "#pragma once\n"},
+      {"board/board.h", "#pragma once\n#include \"eval/evaluator.h\"\n"},
+      {"eval/evaluator.h", "#pragma once\n#include \"board/board.h\"\n"},
+      {"util/a.h", "// #pragma once\n # include <unistd.h>\n#include <cstdio>\n#include \"b.h\"\n"},
+      {"util/own.h", "#pragma once\n#include \"util/own.h\"\n#include <sys/resource.h>\n"},
+      {"platform/tick.cpp", "#include <unistd.h>\n"},
+  };
+  EXPECT_EQ(forbiddenArrows(crooked),
+            (Findings{"attic/box.h: unknown folder", "board/board.h: may not use eval/evaluator.h",
+                      "util/a.h: \"b.h\" is no file of src/"}));
+  EXPECT_EQ(circles(crooked), (Findings{"board/board.h -> eval/evaluator.h -> board/board.h",
+                                        "util/own.h -> util/own.h"}));
+  EXPECT_EQ(
+      systemHeadersOutsidePlatform(crooked),
+      (Findings{"util/a.h: may not use <unistd.h>", "util/own.h: may not use <sys/resource.h>"}));
+  EXPECT_EQ(headersWithoutGuard(crooked), Findings{"util/a.h"});
+}
+
+}  // namespace
+}  // namespace ombrin
