@@ -1,0 +1,36 @@
+# Sourced by the commands at the top of the tree: installs what they need on a Debian system.
+# Says nothing on standard output and reads no standard input.
+
+missing_packages=()
+
+# need_program NAME PACKAGE
+need_program() {
+  command -v "$1" >/dev/null 2>&1 || missing_packages+=("$2")
+}
+
+# need_header HEADER PACKAGE: to be called when there is a compiler.
+need_header() {
+  echo "#include <$1>" | g++ -std=c++20 -E -x c++ - >/dev/null 2>&1 || missing_packages+=("$2")
+}
+
+# Installs the packages found missing; when that is not possible, says which and fails.
+install_missing() {
+  [ "${#missing_packages[@]}" -eq 0 ] && return 0
+  local as_root=() log
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo -n)
+  echo "installing: ${missing_packages[*]}" >&2
+  log=$(mktemp)
+  if ! {
+    command -v apt-get &&
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update &&
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends "${missing_packages[@]}"
+  } </dev/null >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    rm -f "$log"
+    echo "Could not install these packages; please install them: ${missing_packages[*]}" >&2
+    return 1
+  fi
+  rm -f "$log"
+  missing_packages=()
+}

@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Proves the whole tree: format, static checks, and every test in a plain build and under the
+# sanitizers. Stops at the first stage that fails, with a status other than 0.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
+exec </dev/null
+
+source scripts/packages.sh
+need_program g++ g++
+need_program cmake cmake
+need_program ninja ninja-build
+need_program clang-format clang-format
+need_program clang-tidy clang-tidy
+install_missing
+need_header gtest/gtest.h libgtest-dev
+need_header benchmark/benchmark.h libbenchmark-dev
+install_missing
+
+options=(-DOMBRIN_TESTS=ON -DOMBRIN_BENCH=ON)
+if command -v ccache >/dev/null; then
+  options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+
+stage() {
+  printf '\n=== %s (%d s so far)\n' "$*" "$SECONDS"
+}
+
+configure() {
+  cmake --preset "$1" "${options[@]}" >/dev/null
+}
+
+# compile PRESET [TARGET ...]
+compile() {
+  local preset=$1
+  shift
+  cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"} | tail -n 1
+}
+
+# run_tests PRESET [ctest's options ...]
+run_tests() {
+  local preset=$1
+  shift
+  ctest --test-dir "build/$preset" --output-on-failure --parallel "$(nproc)" "$@"
+}
+
+stage "format"
+scripts/format.sh --check
+
+stage "static checks"
+configure release
+scripts/tidy.sh
+
+stage "address and undefined behaviour sanitizers"
+configure asan
+compile asan
+run_tests asan
+
+stage "thread sanitizer, for what runs more than one thread"
+threaded='platform search protocol program'
+configure tsan
+mapfile -t threaded_targets < <(
+  for folder in $threaded; do
+    [ -n "$(find "tests/$folder" -name '*.cpp' 2>/dev/null)" ] && echo "${folder}_test"
+  done)
+compile tsan ombrin "${threaded_targets[@]}"
+run_tests tsan --tests-regex "^(${threaded// /|})"
+
+stage "release build"
+compile release
+run_tests release
