@@ -5,19 +5,27 @@
 
 #include "board/board.h"
 #include "board/score.h"
+#include "eval/evaluation_breakdown.h"
 #include "eval/pawn_hash.h"
 
 namespace ombrin {
 
 // The static evaluation of one board, with its cache and pawn hash. Bound to that board for life;
 // both belong to one search thread. The pawn hash must have its full size (PawnHash::FULL_SIZE)
-// before anything is evaluated.
+// before anything is evaluated. Nothing here can fail, and the board comes back as it was.
 class Evaluator {
  public:
   explicit Evaluator(Board& board) : board_(board) {}
 
-  // The score of the position for the side to move. Cannot fail; the board comes back as it was.
+  // The score of the position for the side to move. Asked again for a position it has lately met,
+  // it only makes pawnEntry() the position's.
   Score evaluate();
+
+  // The same score, computed anew; neither asks nor fills the cache, and is not counted.
+  Score evaluateUncached();
+
+  // The same score in its parts. For people and tests: slower, and not counted.
+  EvaluationBreakdown breakdown();
 
   // The pawn terms in centipawns, White minus Black; makes pawnEntry() the position's entry.
   int pawnScore();
@@ -32,11 +40,15 @@ class Evaluator {
   std::uint32_t evaluations = 0;
 
  private:
-  static constexpr int CACHE_ENTRIES = 1024;
+  static constexpr std::uint64_t CACHE_ENTRIES = 1024;
   struct CacheEntry {
     std::uint64_t key;
     std::int32_t score;
   };
+
+  CacheEntry& cacheEntry() { return cache_[(board_.hash + board_.side) & (CACHE_ENTRIES - 1)]; }
+  void probePawnHash();
+  EvaluationTerms computeTerms();
 
   Board& board_;
   PawnEntry* pawnEntry_ = nullptr;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
 #include "board/color.h"
+#include "board/square.h"
 
 namespace ombrin {
 
@@ -13,19 +15,27 @@ namespace ombrin {
 struct PawnSideInfo {
   std::uint8_t filesWithoutPawns;  // bit f: the colour has no pawn on file f
   std::uint8_t passedCount;
-  std::array<std::uint8_t, 8> passed;  // squares (0x88), the first passedCount are valid
+  std::array<std::uint8_t, 8> passed;  // squares (0x88), the first passedCount are valid, in the
+                                       // order of the piece list
   std::uint8_t passedFiles;            // bit f: a passed pawn stands on file f
-  std::uint8_t lightSquarePawns;
+  std::uint8_t lightSquarePawns;       // own pawns on light squares
   std::array<std::int8_t, 3> shelter;  // by king zone (files a-c, d-e, f-h): the own pawns' shelter
   std::array<std::int8_t, 3> storm;    // and the enemy pawns' storm against this colour's king
+
+  bool hasPawns() const { return filesWithoutPawns != 0xff; }
+  bool hasPawnOn(int file) const { return (filesWithoutPawns >> file & 1) == 0; }
+  // The outermost files that hold a pawn; only when there is one.
+  int firstFile() const { return std::countr_one(filesWithoutPawns); }
+  int lastFile() const { return 7 - std::countl_one(filesWithoutPawns); }
+  Square passedPawn(int n) const { return Square(passed[n]); }
 };
 
 // One pawn structure: a cache line.
 struct alignas(64) PawnEntry {
   std::uint32_t key;  // high half of the board's phash
   std::int16_t middlegame;
-  std::int16_t endgame;  // structure scores in centipawns, White minus Black
-  std::array<PawnSideInfo, 2> sides;
+  std::int16_t endgame;               // structure scores in centipawns, White minus Black
+  std::array<PawnSideInfo, 2> sides;  // by colour
 };
 static_assert(sizeof(PawnSideInfo) == 18 && sizeof(PawnEntry) == 64);
 
@@ -38,7 +48,7 @@ class PawnHash {
   PawnHash() { resize(1); }
 
   // Takes the largest power of two not above `entries` (at least 1) and forgets everything. Running
-  // out of memory prints a line to standard error and aborts.
+  // out of memory prints a line to standard error and aborts, because a search cannot do without.
   void resize(std::size_t entries);
   std::size_t entries() const { return entries_; }
 
@@ -49,7 +59,12 @@ class PawnHash {
   std::uint32_t misses = 0;
 
  private:
-  std::unique_ptr<PawnEntry[]> table_;
+  // The C library's memory, because its failure can be told from any other.
+  struct Free {
+    void operator()(void* block) const;
+  };
+  std::unique_ptr<void, Free> block_;
+  PawnEntry* table_ = nullptr;  // the first 256-byte boundary in the block
   std::size_t entries_ = 0;
 };
 

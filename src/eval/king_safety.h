@@ -1,0 +1,13 @@
+#pragma once
+
+#include "board/board.h"
+#include "eval/pawn_hash.h"
+
+namespace ombrin {
+
+// How safe the king of that colour is while the opponent has the material to attack it, and how
+// active when it has not; in centipawns, positive being good for that colour. `entry` must be the
+// position's.
+int kingSafety(const Board& board, const PawnEntry& entry, Color color);
+
+}  // namespace ombrin

@@ -1,0 +1,263 @@
+#include "eval/piece_activity.h"
+
+#include <array>
+#include <bit>
+
+#include "board/geometry.h"
+#include "eval/phase_score.h"
+#include "eval/square_table.h"
+
+namespace ombrin {
+
+namespace {
+
+// clang-format off
+constexpr SquareTable KNIGHT_SQUARE = {  // times the opponent's pawns, in 1/8
+    -40, -32, -24, -24, -24, -24, -32, -40,
+    -32, -24, -16,  -8,  -8, -16, -24, -32,
+    -24,  -8,   0,   4,   4,   0,  -8, -24,
+    -20,   0,   8,  16,  16,   8,   0, -20,
+    -20,   4,  16,  20,  20,  16,   4, -20,
+    -24,   4,  20,  24,  24,  20,   4, -24,
+    -32,  -8,   0,   4,   4,   0,  -8, -32,
+    -72, -32, -24, -24, -24, -24, -32, -72};
+
+constexpr SquareTable KNIGHT_PAWN_AHEAD = {  // with an own pawn in front
+     0,  0,  0,  0,  0,  0,  0,  0,
+     0,  3,  4,  6,  6,  4,  3,  0,
+     8,  6,  8, 12, 12,  8,  6,  8,
+    14, 10, 12, 16, 16, 12, 10, 14,
+     0,  4,  8,  8,  8,  8,  4,  0};
+
+constexpr SquareTable KNIGHT_CHASED = {  // with an enemy pawn three squares ahead
+    -32, -24, -24, -12, -12, -24, -24, -32,
+     -8,  -8,  -4,  -4,  -4,  -4,  -8,  -8,
+     -8,  -8,  -8,  -8,  -8,  -8,  -8,  -8,
+     -8,  -8,  -8,  -8,  -8,  -8,  -8,  -8};
+
+constexpr SquareTable BISHOP_SQUARE = {
+    -24, -20, -16, -12, -12, -16, -20, -24,
+     -8,   0,  -2,   0,   0,  -2,   0,  -8,
+     -6,  -2,   4,   2,   2,   4,  -2,  -6,
+     -4,   0,   2,   8,   8,   2,   0,  -4,
+     -4,   0,   2,   8,   8,   2,   0,  -4,
+     -6,  -2,   4,   2,   2,   4,  -2,  -6,
+     -8,   0,  -2,   0,   0,  -2,   0,  -8,
+    -12,  -8,  -6,  -4,  -4,  -6,  -8, -12};
+
+constexpr SquareTable QUEEN_SQUARE_MIDDLEGAME = {
+    -12,  -8,  -4,  -2,  -2,  -4,  -8, -12,
+     -8,  -4,   0,   2,   2,   0,  -4,  -8,
+     -6,  -2,   2,   4,   4,   2,  -2,  -6,
+     -4,  -2,   0,   2,   2,   0,  -2,  -4,
+     -4,  -2,   0,   0,   0,   0,  -2,  -4,
+     -4,  -2,   0,   0,   0,   0,  -2,  -4,
+     -4,  -2,   0,   0,   0,   0,  -2,  -4,
+     -4,  -2,   0,   0,   0,   0,  -2,  -4};
+
+constexpr SquareTable QUEEN_SQUARE_ENDGAME = {
+    -10,  -9,  -8,  -6,  -6,  -8,  -9, -10,
+     -8,  -7,  -6,  -4,  -4,  -6,  -7,  -8,
+     -6,  -4,   0,   2,   2,   0,  -4,  -6,
+     -3,   0,   3,   6,   6,   3,   0,  -3,
+      0,   0,   4,   8,   8,   4,   0,   0,
+     -2,   0,   2,   4,   4,   2,   0,  -2,
+     -6,  -4,  -2,   0,   0,  -2,  -4,  -6,
+     -8,  -6,  -4,  -2,  -2,  -4,  -6,  -8};
+// clang-format on
+static_assert(isFileSymmetric(KNIGHT_SQUARE) && isFileSymmetric(KNIGHT_PAWN_AHEAD) &&
+              isFileSymmetric(KNIGHT_CHASED) && isFileSymmetric(BISHOP_SQUARE) &&
+              isFileSymmetric(QUEEN_SQUARE_MIDDLEGAME) && isFileSymmetric(QUEEN_SQUARE_ENDGAME));
+
+// By the number of empty squares a piece can go to.
+constexpr std::array<int, 9> KNIGHT_MOBILITY = {-24, -8, 0, 4, 8, 11, 14, 17, 21};
+constexpr std::array<int, 16> BISHOP_MOBILITY = {-24, -16, -12, -8, -4, 0,  4,  8,
+                                                 12,  14,  16,  18, 20, 22, 24, 26};
+constexpr std::array<int, 16> ROOK_MOBILITY_MIDDLEGAME = {-12, -10, -6, -3, 0,  3,  6,  9,
+                                                          12,  14,  15, 16, 16, 16, 16, 16};
+constexpr std::array<int, 16> ROOK_MOBILITY_ENDGAME = {-36, -30, -24, -18, -12, -6, 0,  6,
+                                                       12,  16,  19,  22,  25,  25, 25, 25};
+
+// By the number of enemy men it attacks, protected pawns not counted.
+constexpr std::array<int, 9> KNIGHT_ATTACKS = {0, 6, 12, 18, 24, 24, 24, 24, 0};
+constexpr std::array<int, 5> BISHOP_ATTACKS = {0, 6, 12, 12, 12};
+constexpr std::array<int, 5> ROOK_ATTACKS = {0, 6, 12, 18, 8};
+
+// By the number of such files on the board.
+constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
+constexpr std::array<int, 9> HALF_OPEN_FILE = {0, 8, 8, 8, 8, 8, 8, 8, 8};
+
+constexpr int TRAPPED_PIECE = -100;
+constexpr int ROOK_SHUT_IN = -50;
+
+// Units of pieces a side starts with: while the opponent has them, the middlegame score counts.
+constexpr int FULL_UNITS = 32;
+
+template <Color OWN>
+class PieceActivity {
+ public:
+  PieceActivity(const Board& board, const PawnEntry& entry)
+      : board_(board),
+        pawns_(entry.sides[OWN]),
+        enemyPawns_(entry.sides[ENEMY]),
+        enemy_(board.material(ENEMY)),
+        enemyKing_(board.kingSquare(ENEMY)) {}
+
+  int value() {
+    board_.forEach(OWN, KNIGHT, [this](Piece, Square square) { knight(square); });
+    board_.forEach(OWN, BISHOP, [this](Piece, Square square) { bishop(square); });
+    board_.forEach(OWN, ROOK, [this](Piece, Square square) { rook(square); });
+    board_.forEach(OWN, QUEEN, [this](Piece, Square square) { queen(square); });
+    rookShutIn();
+    const int units = enemy_.units();
+    return ((FULL_UNITS - units) * phased_.endgame + units * phased_.middlegame) / FULL_UNITS +
+           placement_;
+  }
+
+ private:
+  static constexpr Color ENEMY = ~OWN;
+  static constexpr Delta FORWARD = forward(OWN);
+  static constexpr int SEVENTH = 6;
+  static constexpr int EIGHTH = 7;
+
+  // What a piece can reach: empty squares, and enemy men worth attacking.
+  struct Reach {
+    int empty = 0;
+    int attacked = 0;
+  };
+
+  bool isPawn(Square square) const { return board_.at(square).isPawn(); }
+
+  bool isWorthAttacking(Square square, Piece piece) const {
+    if (!piece.isOf(ENEMY)) return false;
+    if (!piece.isPawn()) return true;
+    const Square ahead = square + FORWARD;
+    return !board_.at(ahead - RIGHT).isPawnOf(ENEMY) && !board_.at(ahead + RIGHT).isPawnOf(ENEMY);
+  }
+
+  Reach reachOfKnight(Square from) const {
+    Reach reach;
+    for (const Delta step : KNIGHT_STEPS) {
+      const Square to = from + step;
+      const Piece piece = board_.at(to);
+      reach.empty += static_cast<int>(piece.isEmpty());
+      reach.attacked += static_cast<int>(isWorthAttacking(to, piece));
+    }
+    return reach;
+  }
+
+  Reach reachOfSlider(Square from, const std::array<Delta, 4>& steps) const {
+    Reach reach;
+    for (const Delta step : steps) {
+      Square to = from + step;
+      for (; board_.at(to).isEmpty(); to += step) ++reach.empty;
+      reach.attacked += static_cast<int>(isWorthAttacking(to, board_.at(to)));
+    }
+    return reach;
+  }
+
+  void knight(Square square) {
+    const int index = tableIndex(square, OWN);
+    placement_ += enemy_.pawns() * KNIGHT_SQUARE[index] / 8;
+    const Reach reach = reachOfKnight(square);
+    const int mobility = KNIGHT_MOBILITY[reach.empty];
+    const int attacks = KNIGHT_ATTACKS[reach.attacked];
+    phased_ += {mobility / 2 + attacks / 2, mobility / 4 + 2 * attacks};
+    if (board_.at(square + FORWARD).isPawnOf(OWN)) placement_ += KNIGHT_PAWN_AHEAD[index];
+    if (board_.at(square + 3 * FORWARD).isPawnOf(ENEMY)) placement_ += KNIGHT_CHASED[index];
+    if (isInEnemyCorner(square) && isKnightTrapped(square)) placement_ += TRAPPED_PIECE;
+  }
+
+  void bishop(Square square) {
+    const Reach reach = reachOfSlider(square, DIAGONAL_STEPS);
+    placement_ += BISHOP_SQUARE[tableIndex(square, OWN)] + BISHOP_MOBILITY[reach.empty];
+    const int attacks = BISHOP_ATTACKS[reach.attacked];
+    phased_ += {attacks / 2, 3 * attacks};
+    if (isInEnemyCorner(square) && isBishopTrapped(square)) placement_ += TRAPPED_PIECE;
+  }
+
+  void rook(Square square) {
+    const Reach reach = reachOfSlider(square, STRAIGHT_STEPS);
+    const int attacks = ROOK_ATTACKS[reach.attacked];
+    phased_ += {ROOK_MOBILITY_MIDDLEGAME[reach.empty] + attacks,
+                ROOK_MOBILITY_ENDGAME[reach.empty] + 2 * attacks};
+    placement_ += fileOf(square);
+    if (square.relativeRank(OWN) >= SEVENTH) {
+      const int kingRank = enemyKing_.relativeRank(OWN);
+      if (kingRank == SEVENTH) placement_ += 10;
+      if (kingRank == EIGHTH) phased_ += {10, 40};
+    }
+  }
+
+  void queen(Square square) {
+    const int index = tableIndex(square, OWN);
+    phased_ += {QUEEN_SQUARE_MIDDLEGAME[index], QUEEN_SQUARE_ENDGAME[index]};
+    placement_ += 8 - 2 * kingDistance(enemyKing_, square);
+    if (square.relativeRank(OWN) == SEVENTH) {
+      const int kingRank = enemyKing_.relativeRank(OWN);
+      if (kingRank == SEVENTH) placement_ += 10;
+      if (kingRank == EIGHTH) phased_ += {10, 32};
+    }
+  }
+
+  int fileOf(Square rook) const {
+    if (pawns_.hasPawnOn(rook.file())) return 0;
+    const auto own = pawns_.filesWithoutPawns;
+    if (enemyPawns_.hasPawnOn(rook.file())) return HALF_OPEN_FILE[std::popcount(own)];
+    const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
+    return OPEN_FILE[std::popcount(both)];
+  }
+
+  // The last two squares of a rook file.
+  static bool isInEnemyCorner(Square square) {
+    return square.relativeRank(OWN) >= SEVENTH && (square.file() == 0 || square.file() == 7);
+  }
+  static Delta inward(Square square) { return square.file() == 0 ? RIGHT : -RIGHT; }
+
+  // A knight in the enemy's corner whose ways out pawns take (a7: a6 and b7, or c6; a8: c7).
+  bool isKnightTrapped(Square square) const {
+    if (isPawn(square - FORWARD + 2 * inward(square))) return true;
+    return square.relativeRank(OWN) == SEVENTH && isPawn(square - FORWARD) &&
+           isPawn(square + inward(square));
+  }
+  // A bishop there whose diagonal a pawn closes (a7: b6; a8: c6).
+  bool isBishopTrapped(Square square) const {
+    const int steps = square.relativeRank(OWN) == SEVENTH ? 1 : 2;
+    return isPawn(square + steps * (inward(square) - FORWARD));
+  }
+
+  // A rook between its corner and a king that has left the middle but not castled.
+  void rookShutIn() {
+    const Square king = board_.kingSquare(OWN);
+    if (king.rank() != 0 && king.rank() != 7) return;
+    const int file = king.file();
+    const bool right = file == 5 || file == 6;
+    if (!right && file != 1 && file != 2) return;
+    if (!pawns_.hasPawnOn(right ? 6 : 0) || !pawns_.hasPawnOn(right ? 7 : 1)) return;
+    const Delta outward = right ? RIGHT : -RIGHT;
+    for (const Delta step : {outward, 2 * outward, outward + FORWARD, 2 * outward + FORWARD}) {
+      const Piece piece = board_.at(king + step);
+      if (piece.isOf(OWN) && piece.type() == ROOK) {
+        placement_ += ROOK_SHUT_IN;
+        return;
+      }
+    }
+  }
+
+  const Board& board_;
+  const PawnSideInfo& pawns_;
+  const PawnSideInfo& enemyPawns_;
+  const Material enemy_;
+  const Square enemyKing_;
+  int placement_ = 0;  // counts in every phase
+  PhaseScore phased_;
+};
+
+}  // namespace
+
+int pieceActivity(const Board& board, const PawnEntry& entry, Color color) {
+  return color == WHITE ? PieceActivity<WHITE>(board, entry).value()
+                        : PieceActivity<BLACK>(board, entry).value();
+}
+
+}  // namespace ombrin
