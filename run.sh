@@ -16,8 +16,10 @@ install_missing || exit 1
 
 # A tree that was configured with the tests keeps them; only the engine is built in any case.
 build_engine() {
-  if [ ! -f "$build/build.ninja" ]; then
-    cmake -S "$root" --preset release -DOMBRIN_TESTS=OFF -DOMBRIN_BENCH=OFF || return 1
+  # A tree that was copied from elsewhere still names its old place.
+  if [ ! -f "$build/build.ninja" ] ||
+    ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$build/CMakeCache.txt"; then
+    cmake --fresh -S "$root" --preset release -DOMBRIN_TESTS=OFF -DOMBRIN_BENCH=OFF || return 1
   fi
   cmake --build "$build" --target ombrin
 }

@@ -29,11 +29,14 @@ configure() {
   cmake --preset "$1" "${options[@]}" >/dev/null
 }
 
-# compile PRESET [TARGET ...]
+# compile PRESET [TARGET ...]: says something only when it fails.
 compile() {
-  local preset=$1
+  local preset=$1 log=build/$1/compile.log
   shift
-  cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"} | tail -n 1
+  cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || {
+    grep -v '^\[' "$log"
+    return 1
+  }
 }
 
 # run_tests PRESET [ctest's options ...]

@@ -6,5 +6,5 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 mode=(-i)
 [ "${1:-}" = --check ] && mode=(--dry-run -Werror)
 for folder in src tests bench fuzz bitbases; do
-  [ -d "$folder" ] && find "$folder" -name '*.h' -o -name '*.cpp'
+  if [ -d "$folder" ]; then find "$folder" -name '*.h' -o -name '*.cpp'; fi
 done | xargs clang-format --style=file "${mode[@]}"
