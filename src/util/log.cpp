@@ -11,8 +11,7 @@ std::atomic<int> logLevel{1};
 
 namespace {
 
-void logAt(int level, const char* format, std::va_list arguments)
-    __attribute__((format(printf, 2, 0)));
+void logAt(int level, const char* format, std::va_list arguments) OMBRIN_PRINTF_FORMAT(2, 0);
 
 void logAt(int level, const char* format, std::va_list arguments) {
   if (logLevel.load() <= level) vprint(logFile.load(), format, arguments);

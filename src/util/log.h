@@ -4,6 +4,8 @@
 #include <atomic>
 #include <cstdio>
 
+#include "platform/printf_format.h"
+
 namespace ombrin {
 
 // The shared stream: standard output at start, null while logging is off. Whoever opens a file
@@ -20,14 +22,10 @@ struct LogChannel {
 
 // Each writes the formatted text and nothing else (no prefix, no line end, no flush) when logLevel
 // is at most 0, 1, 2 or 3 respectively and logFile is not null. Any thread; a text is one piece.
-void logDebug(const LogChannel& channel, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
-void logInfo(const LogChannel& channel, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
-void logWarn(const LogChannel& channel, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
-void logError(const LogChannel& channel, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
+void logDebug(const LogChannel& channel, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
+void logInfo(const LogChannel& channel, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
+void logWarn(const LogChannel& channel, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
+void logError(const LogChannel& channel, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
 
 // Writes out what the stream has buffered.
 void flushLog();

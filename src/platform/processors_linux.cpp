@@ -1,9 +1,9 @@
-#include "platform/processors.h"
-
 #include <sched.h>
 
 #include <array>
 #include <thread>
+
+#include "platform/processors.h"
 
 namespace ombrin {
 

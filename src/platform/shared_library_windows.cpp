@@ -1,8 +1,8 @@
-#include "platform/shared_library.h"
-
-#include <dlfcn.h>
+#include <windows.h>
 
 #include <algorithm>
+
+#include "platform/shared_library.h"
 
 namespace ombrin {
 
@@ -13,20 +13,21 @@ SharedLibrary::~SharedLibrary() {
 bool SharedLibrary::open(const std::string& path) {
   close();
   std::string file = path;
-  std::replace(file.begin(), file.end(), '\\', '/');
+  std::replace(file.begin(), file.end(), '/', '\\');
   // The loader looks in the system's directories for a name without a separator.
-  if (file.find('/') == std::string::npos) file.insert(0, "./");
-  handle_ = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (file.find('\\') == std::string::npos) file.insert(0, ".\\");
+  handle_ = LoadLibraryA(file.c_str());
   return isOpen();
 }
 
 void SharedLibrary::close() {
-  if (handle_ != nullptr) dlclose(handle_);
+  if (isOpen()) FreeLibrary(static_cast<HMODULE>(handle_));
   handle_ = nullptr;
 }
 
 void* SharedLibrary::symbol(const char* name) const {
-  return handle_ != nullptr ? dlsym(handle_, name) : nullptr;
+  if (!isOpen()) return nullptr;
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
 }
 
 }  // namespace ombrin
