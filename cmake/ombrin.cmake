@@ -8,7 +8,7 @@ if(OMBRIN_SANITIZE)
   # Instrumented code makes the compiler see uninitialised variables where there are none.
   target_compile_options(ombrin_settings INTERFACE
     -fsanitize=${OMBRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-    -Wno-maybe-uninitialized)
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(ombrin_settings INTERFACE -fsanitize=${OMBRIN_SANITIZE})
 endif()
 
