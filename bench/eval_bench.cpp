@@ -1,11 +1,16 @@
-// The static evaluation. Counts are per position, over a few middlegame positions taken in turn.
+// The static evaluation. Times are per position: the positions after every legal move of a few
+// middlegames, visited move by move, so that branch prediction fares as it does in a search. What
+// making and unmaking the moves costs is measured on its own and to be subtracted.
 #include <benchmark/benchmark.h>
 
 #include <array>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "board/fen.h"
+#include "board/make_move.h"
+#include "board/move_generation.h"
 #include "eval/evaluator.h"
 #include "eval/king_safety.h"
 #include "eval/passed_pawns.h"
@@ -28,38 +33,66 @@ struct Position {
   explicit Position(std::string_view fen) : evaluator(board) {
     setFen(board, fen);
     evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
-    evaluator.pawnScore();
+    std::array<Move, MAX_MOVES> all;
+    const Move* end = genLegal(board, all.data(), board.lastMove());
+    const SavedState saved = board.save();
+    for (const Move* move = all.data(); move != end; ++move) {
+      if (makeMove(board, *move).isNull()) continue;
+      unmakeMove(board, *move, saved);
+      moves.push_back(*move);
+    }
   }
   Board board;
   Evaluator evaluator;
+  std::vector<Move> moves;
 };
 
-// Runs evaluate(Position&) on one position after the other.
-template <typename Function>
-void runOnMiddlegames(benchmark::State& state, Function evaluate) {
-  std::array<std::unique_ptr<Position>, MIDDLEGAMES.size()> positions;
-  for (std::size_t n = 0; n < positions.size(); ++n) {
-    positions[n] = std::make_unique<Position>(MIDDLEGAMES[n]);
+// Calls visit(Position&) after every move.
+template <typename Visitor>
+void visitChildren(benchmark::State& state, Visitor visit) {
+  std::vector<std::unique_ptr<Position>> positions;
+  for (const std::string_view fen : MIDDLEGAMES) {
+    positions.push_back(std::make_unique<Position>(fen));
   }
-  std::size_t next = 0;
+  std::int64_t visited = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(evaluate(*positions[next]));
-    next = next + 1 < positions.size() ? next + 1 : 0;
+    for (const std::unique_ptr<Position>& position : positions) {
+      const SavedState saved = position->board.save();
+      for (const Move move : position->moves) {
+        makeMove(position->board, move);
+        benchmark::DoNotOptimize(visit(*position));
+        unmakeMove(position->board, move, saved);
+      }
+      visited += static_cast<std::int64_t>(position->moves.size());
+    }
   }
+  state.counters["per_position"] = benchmark::Counter(
+      static_cast<double>(visited), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
+void visitOnly(benchmark::State& state) {
+  visitChildren(state, [](Position& position) { return position.board.hash; });
+}
+BENCHMARK(visitOnly);
+
 void evaluateCacheOff(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) { return position.evaluator.evaluateUncached(); });
+  visitChildren(state, [](Position& position) { return position.evaluator.evaluateUncached(); });
 }
 BENCHMARK(evaluateCacheOff);
 
 void evaluateCacheOn(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) { return position.evaluator.evaluate(); });
+  visitChildren(state, [](Position& position) { return position.evaluator.evaluate(); });
 }
 BENCHMARK(evaluateCacheOn);
 
+void pawnScoreHashHit(benchmark::State& state) {
+  visitChildren(state, [](Position& position) { return position.evaluator.pawnScore(); });
+}
+BENCHMARK(pawnScoreHashHit);
+
 void kingSafetyOfBoth(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) {
+  visitChildren(state, [](Position& position) {
+    position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
     return kingSafety(position.board, entry, WHITE) - kingSafety(position.board, entry, BLACK);
   });
@@ -67,7 +100,8 @@ void kingSafetyOfBoth(benchmark::State& state) {
 BENCHMARK(kingSafetyOfBoth);
 
 void pieceActivityOfBoth(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) {
+  visitChildren(state, [](Position& position) {
+    position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
     return pieceActivity(position.board, entry, WHITE) -
            pieceActivity(position.board, entry, BLACK);
@@ -75,22 +109,19 @@ void pieceActivityOfBoth(benchmark::State& state) {
 }
 BENCHMARK(pieceActivityOfBoth);
 
-void pawnScoreHashHit(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) { return position.evaluator.pawnScore(); });
-}
-BENCHMARK(pawnScoreHashHit);
-
-void evaluatePawnsAnew(benchmark::State& state) {
-  runOnMiddlegames(state, [](Position& position) {
+void pawnEntryAnew(benchmark::State& state) {
+  visitChildren(state, [](Position& position) {
     PawnEntry entry;
     evaluatePawns(position.board, entry);
     return entry.middlegame;
   });
 }
-BENCHMARK(evaluatePawnsAnew);
+BENCHMARK(pawnEntryAnew);
 
+// Four passed pawns, two of them blocked.
 void passedPawnsOfBoth(benchmark::State& state) {
-  Position position("3r2k1/1p3ppp/pPn5/P1P1p3/4b3/2N1BP2/6PP/2R3K1 w - -");
+  Position position("3r2k1/5ppp/pPn5/P7/4p3/2NpBP2/6PP/2R3K1 w - -");
+  position.evaluator.pawnScore();
   const PawnEntry& entry = position.evaluator.pawnEntry();
   for (auto _ : state) {
     benchmark::DoNotOptimize(passedPawns(position.board, entry, WHITE) -

@@ -30,10 +30,13 @@ struct SlotRun {
   int terminator;
 };
 
+namespace piece_tables {
+inline constexpr std::array<SlotRun, 8> RUNS = {
+    {{0, 0}, {8, 16}, {20, 30}, {4, 5}, {0, 0}, {32, 42}, {43, 53}, {54, 63}}};
+}
+
 constexpr SlotRun slotRun(PieceType type) {
-  constexpr std::array<SlotRun, 8> RUNS = {
-      {{0, 0}, {8, 16}, {20, 30}, {4, 5}, {0, 0}, {32, 42}, {43, 53}, {54, 63}}};
-  return RUNS[type];
+  return piece_tables::RUNS[type];
 }
 
 // What a piece can attack, as bits: the attack table (geometry.h) holds the same bits for every
