@@ -103,8 +103,9 @@ void pieceActivityOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    return pieceActivity(position.board, entry, WHITE) -
-           pieceActivity(position.board, entry, BLACK);
+    const BoardSets sets(position.board);
+    return pieceActivity(position.board, sets, entry, WHITE) -
+           pieceActivity(position.board, sets, entry, BLACK);
   });
 }
 BENCHMARK(pieceActivityOfBoth);

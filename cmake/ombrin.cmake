@@ -4,6 +4,8 @@ add_library(ombrin_settings INTERFACE)
 target_compile_options(ombrin_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wcast-qual -Wnon-virtual-dtor
   -Woverloaded-virtual -Wundef -Werror)
+# Counting bits is one instruction on every processor since 2008; the evaluation counts all the time.
+target_compile_options(ombrin_settings INTERFACE -mpopcnt)
 if(OMBRIN_SANITIZE)
   # Instrumented code makes the compiler see uninitialised variables where there are none.
   target_compile_options(ombrin_settings INTERFACE

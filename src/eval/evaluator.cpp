@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "eval/board_sets.h"
 #include "eval/king_safety.h"
 #include "eval/material_imbalance.h"
 #include "eval/passed_pawns.h"
@@ -92,9 +93,10 @@ EvaluationTerms Evaluator::computeTerms() {
   terms.imbalance = materialImbalance(white, black);
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
+  const BoardSets sets(board_);
   for (const Color color : {WHITE, BLACK}) {
     terms.kingSafety[color] = kingSafety(board_, *pawnEntry_, color);
-    terms.activity[color] = pieceActivity(board_, *pawnEntry_, color);
+    terms.activity[color] = pieceActivity(board_, sets, *pawnEntry_, color);
   }
   return terms;
 }

@@ -3,7 +3,9 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 
+#include "board/geometry.h"
 #include "board/piece.h"
 #include "board/square.h"
 
@@ -30,11 +32,13 @@ class DeltaTable {
   std::array<Value, 240> values_{};
 };
 
-// A slider either bears on the king's surroundings from where it stands (direct is not 0) or, if
-// step is not 0, looks towards them that way.
+// What a slider has to do with a king: it bears on the king's surroundings from where it stands
+// (worth is not 0 and steps is 0), or it looks towards them and would after so many steps, or
+// neither.
 struct Approach {
-  std::int8_t direct;
   std::int8_t step;
+  std::uint8_t steps;
+  std::int8_t worth;  // of the square where it bears on the surroundings, obstacles aside
 };
 
 namespace king_attack_tables {
@@ -58,52 +62,69 @@ consteval std::int8_t knight(int ranks, int files) {
   return row > 5 || magnitude(files) > 3 ? std::int8_t{0} : ROWS[row][files + 3];
 }
 
-consteval Approach approach(int direct, int step) {
-  return {static_cast<std::int8_t>(direct), static_cast<std::int8_t>(direct != 0 ? 0 : step)};
-}
-
-consteval Approach bishop(int ranks, int files) {
+// What a slider bears on, standing that far from the king; 0 when it is too far away.
+consteval int directOf(PieceType type, int ranks, int files) {
   const int a = magnitude(ranks);
   const int b = magnitude(files);
-  const bool near = a + b >= 1 && a + b <= 2;
-  const bool looks = a >= 2 && b >= a - 2 && b <= a + 1 && b >= 1;
-  return approach(near ? 8 : 0, looks ? UP * sign(ranks) + RIGHT * sign(files) : 0);
+  if (a + b == 0) return 0;
+  if (type == BISHOP) return a + b <= 2 ? 8 : 0;
+  if (type == ROOK) return a <= 1 && b <= 1 ? 8 : a == 2 && b == 2 ? 6 : 0;
+  return a <= 2 && b <= 2 ? 8 : 0;
 }
 
-consteval Approach rook(int ranks, int files) {
+// The step by which it would come closest to the king; 0 for none.
+consteval int stepOf(PieceType type, int ranks, int files) {
   const int a = magnitude(ranks);
   const int b = magnitude(files);
-  if (a <= 1 && b <= 1) return approach(a + b > 0 ? 8 : 0, 0);
-  if (a == 2 && b == 2) return approach(6, 0);
-  const bool alongRank = a <= 1 || (a == 2 && b >= 3);
-  if (alongRank) return approach(0, RIGHT * sign(files));
-  return approach(0, b <= 2 ? UP * sign(ranks) : 0);
+  const int alongFile = UP * sign(ranks);
+  const int alongRank = RIGHT * sign(files);
+  const int diagonal = alongFile + alongRank;
+  if (type == BISHOP) return a >= 2 && b >= a - 2 && b <= a + 1 && b >= 1 ? diagonal : 0;
+  if (type == ROOK) {
+    if (a <= 1) return b >= 2 ? alongRank : 0;
+    if (a == 2) return b <= 1 ? alongFile : b >= 3 ? alongRank : 0;
+    return b <= 2 ? alongFile : 0;
+  }
+  if (a <= 1) return b >= 3 ? alongRank : 0;
+  if (a == 2) return b == 3 ? diagonal : 0;
+  if (b <= 1) return alongFile;
+  return b >= a - 2 && b <= a + 1 ? diagonal : 0;
 }
 
-consteval Approach queen(int ranks, int files) {
-  const int a = magnitude(ranks);
-  const int b = magnitude(files);
-  if (a <= 2 && b <= 2) return approach(a + b > 0 ? 8 : 0, 0);
-  const int diagonal = UP * sign(ranks) + RIGHT * sign(files);
-  if (a <= 1) return approach(0, RIGHT * sign(files));
-  if (a == 2) return approach(0, b == 3 ? diagonal : 0);
-  if (b <= 1) return approach(0, UP * sign(ranks));
-  return approach(0, b >= a - 2 && b <= a + 1 ? diagonal : 0);
+consteval Approach approach(PieceType type, int ranks, int files) {
+  int worth = directOf(type, ranks, files);
+  const int step = worth != 0 ? 0 : stepOf(type, ranks, files);
+  if (step == 0) return {0, 0, static_cast<std::int8_t>(worth)};
+  // No step leads away from the king, so that the walk stays between the two and on the board.
+  const int rankStep = magnitude(step) == 1 ? 0 : sign(ranks);
+  const int fileStep = magnitude(step) == UP ? 0 : sign(files);
+  int steps = 0;
+  while (worth == 0) {
+    if ((rankStep != 0 && ranks == 0) || (fileStep != 0 && files == 0)) std::abort();
+    ranks -= rankStep;
+    files -= fileStep;
+    ++steps;
+    worth = directOf(type, ranks, files);
+  }
+  // The way goes straight on to the king.
+  if (stepAlong(UP * ranks + RIGHT * files) == step) worth += 4;
+  return {static_cast<std::int8_t>(step), static_cast<std::uint8_t>(steps),
+          static_cast<std::int8_t>(worth)};
 }
+
+template <PieceType TYPE>
+inline constexpr auto APPROACH = DeltaTable<Approach>::make([](int ranks, int files) consteval {
+  return approach(TYPE, ranks, files);
+});
 
 }  // namespace king_attack_tables
 
 inline constexpr auto KNIGHT_BEARING = DeltaTable<std::int8_t>::make(king_attack_tables::knight);
-inline constexpr auto BISHOP_APPROACH = DeltaTable<Approach>::make(king_attack_tables::bishop);
-inline constexpr auto ROOK_APPROACH = DeltaTable<Approach>::make(king_attack_tables::rook);
-inline constexpr auto QUEEN_APPROACH = DeltaTable<Approach>::make(king_attack_tables::queen);
 
 template <PieceType TYPE>
 constexpr const Approach& approachOf(Delta difference) {
   static_assert(TYPE == BISHOP || TYPE == ROOK || TYPE == QUEEN);
-  if constexpr (TYPE == BISHOP) return BISHOP_APPROACH.at(difference);
-  if constexpr (TYPE == ROOK) return ROOK_APPROACH.at(difference);
-  if constexpr (TYPE == QUEEN) return QUEEN_APPROACH.at(difference);
+  return king_attack_tables::APPROACH<TYPE>.at(difference);
 }
 
 }  // namespace ombrin

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "board/geometry.h"
 #include "eval/king_attack_tables.h"
 #include "eval/square_table.h"
 
@@ -93,37 +92,34 @@ class KingAttack {
     int sum = 0;
     board_.forEach(ATTACKER, TYPE, [&](Piece, Square square) {
       const Approach approach = approachOf<TYPE>(king_ - square);
-      sum += approach.step != 0 ? lookThrough<TYPE>(square, approach.step) : approach.direct;
+      sum += approach.steps == 0 ? approach.worth : lookThrough<TYPE>(square, approach);
     });
     return sum;
   }
 
-  // Walks from a slider to the first square next to the king's and returns what is left of that
-  // square's worth after paying for the obstacles. The walk is aimed at such a square.
+  // Walks from a slider to where it would bear on the king's surroundings and returns what is left
+  // of that after paying for the obstacles.
   template <PieceType TYPE>
-  int lookThrough(Square square, Delta step) const {
+  int lookThrough(Square square, Approach approach) const {
     int cost = 0;
-    for (square += step; square.isOnBoard(); square += step) {
-      const Piece piece = board_.at(square);
-      if (!piece.isEmpty()) {
-        const int obstacle = costOf<TYPE>(square, piece);
-        if (obstacle == CLOSED) return 0;
-        cost += obstacle;
-      }
-      if (const int direct = approachOf<TYPE>(king_ - square).direct; direct != 0) {
-        return std::max(worthAtEnd<TYPE>(square, piece, step, direct) - cost, 0);
-      }
+    Piece piece;
+    for (int n = approach.steps; n > 0; --n) {
+      square += approach.step;
+      piece = board_.at(square);
+      if (piece.isEmpty()) continue;
+      const int obstacle = costOf<TYPE>(square, piece);
+      if (obstacle == CLOSED) return 0;
+      cost += obstacle;
     }
-    return 0;
+    return std::max(approach.worth + endBonus<TYPE>(piece) - cost, 0);
   }
 
+  // What the piece on the last square of the walk (or none) changes.
   template <PieceType TYPE>
-  int worthAtEnd(Square square, Piece piece, Delta step, int worth) const {
-    if (TYPE == BISHOP && piece.type() != BISHOP) worth += 4;
-    if (TYPE == ROOK && piece.type() == ROOK) worth -= 4;
-    if (TYPE == QUEEN && piece.isEmpty()) worth += 2;
-    if (stepAlong(king_ - square) == step) worth += 4;
-    return worth;
+  static int endBonus(Piece piece) {
+    if constexpr (TYPE == BISHOP) return piece.type() == BISHOP ? 0 : 4;
+    if constexpr (TYPE == ROOK) return piece.type() == ROOK ? -4 : 0;
+    return piece.isEmpty() ? 2 : 0;
   }
 
   template <PieceType TYPE>

@@ -8,6 +8,7 @@
 
 #include "board/color.h"
 #include "board/square.h"
+#include "eval/square_set.h"
 
 namespace ombrin {
 
@@ -36,6 +37,7 @@ struct alignas(64) PawnEntry {
   std::int16_t middlegame;
   std::int16_t endgame;               // structure scores in centipawns, White minus Black
   std::array<PawnSideInfo, 2> sides;  // by colour
+  std::array<SquareSet, 2> pawns;     // by colour, as White sees them
 };
 static_assert(sizeof(PawnSideInfo) == 18 && sizeof(PawnEntry) == 64);
 

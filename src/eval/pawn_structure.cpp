@@ -324,6 +324,7 @@ PhaseScore pawnStructure(const Board& board, Color color, PawnSideInfo& info) {
 void evaluatePawns(const Board& board, PawnEntry& entry) {
   const PawnView whiteView = viewPawns(board, WHITE);
   const PawnView blackView = {whiteView.enemy.flipped(), whiteView.own.flipped()};
+  entry.pawns = {whiteView.own, whiteView.enemy};
   const PhaseScore white = pawnStructure(board, whiteView, WHITE, entry.sides[WHITE]);
   const PhaseScore black = pawnStructure(board, blackView, BLACK, entry.sides[BLACK]);
   entry.middlegame = static_cast<std::int16_t>(white.middlegame - black.middlegame);

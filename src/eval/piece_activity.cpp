@@ -3,7 +3,7 @@
 #include <array>
 #include <bit>
 
-#include "board/geometry.h"
+#include "eval/attack_sets.h"
 #include "eval/phase_score.h"
 #include "eval/square_table.h"
 
@@ -83,6 +83,26 @@ constexpr std::array<int, 9> KNIGHT_ATTACKS = {0, 6, 12, 18, 24, 24, 24, 24, 0};
 constexpr std::array<int, 5> BISHOP_ATTACKS = {0, 6, 12, 12, 12};
 constexpr std::array<int, 5> ROOK_ATTACKS = {0, 6, 12, 18, 8};
 
+// The same as they count in the two phases.
+template <std::size_t SIZE, typename Weigh>
+consteval std::array<PhaseScore, SIZE> phased(const std::array<int, SIZE>& values, Weigh weigh) {
+  std::array<PhaseScore, SIZE> table;
+  for (std::size_t n = 0; n < SIZE; ++n) table[n] = weigh(values[n]);
+  return table;
+}
+constexpr auto KNIGHT_MOBILITY_PHASED = phased(KNIGHT_MOBILITY, [](int value) {
+  return PhaseScore{value / 2, value / 4};
+});
+constexpr auto KNIGHT_ATTACKS_PHASED = phased(KNIGHT_ATTACKS, [](int value) {
+  return PhaseScore{value / 2, 2 * value};
+});
+constexpr auto BISHOP_ATTACKS_PHASED = phased(BISHOP_ATTACKS, [](int value) {
+  return PhaseScore{value / 2, 3 * value};
+});
+constexpr auto ROOK_ATTACKS_PHASED = phased(ROOK_ATTACKS, [](int value) {
+  return PhaseScore{value, 2 * value};
+});
+
 // By the number of such files on the board.
 constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
 constexpr std::array<int, 9> HALF_OPEN_FILE = {0, 8, 8, 8, 8, 8, 8, 8, 8};
@@ -96,12 +116,14 @@ constexpr int FULL_UNITS = 32;
 template <Color OWN>
 class PieceActivity {
  public:
-  PieceActivity(const Board& board, const PawnEntry& entry)
+  PieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry)
       : board_(board),
         pawns_(entry.sides[OWN]),
         enemyPawns_(entry.sides[ENEMY]),
         enemy_(board.material(ENEMY)),
-        enemyKing_(board.kingSquare(ENEMY)) {}
+        enemyKing_(board.kingSquare(ENEMY)),
+        empty_(~sets.occupied()),
+        targets_(sets.men(ENEMY) & ~protectedPawns(entry.pawns[ENEMY])) {}
 
   int value() {
     board_.forEach(OWN, KNIGHT, [this](Piece, Square square) { knight(square); });
@@ -126,61 +148,35 @@ class PieceActivity {
     int attacked = 0;
   };
 
+  static SquareSet protectedPawns(SquareSet pawns) { return pawns & pawns.pawnAttacks(ENEMY); }
   bool isPawn(Square square) const { return board_.at(square).isPawn(); }
 
-  bool isWorthAttacking(Square square, Piece piece) const {
-    if (!piece.isOf(ENEMY)) return false;
-    if (!piece.isPawn()) return true;
-    const Square ahead = square + FORWARD;
-    return !board_.at(ahead - RIGHT).isPawnOf(ENEMY) && !board_.at(ahead + RIGHT).isPawnOf(ENEMY);
-  }
-
-  Reach reachOfKnight(Square from) const {
-    Reach reach;
-    for (const Delta step : KNIGHT_STEPS) {
-      const Square to = from + step;
-      const Piece piece = board_.at(to);
-      reach.empty += static_cast<int>(piece.isEmpty());
-      reach.attacked += static_cast<int>(isWorthAttacking(to, piece));
-    }
-    return reach;
-  }
-
-  Reach reachOfSlider(Square from, const std::array<Delta, 4>& steps) const {
-    Reach reach;
-    for (const Delta step : steps) {
-      Square to = from + step;
-      for (; board_.at(to).isEmpty(); to += step) ++reach.empty;
-      reach.attacked += static_cast<int>(isWorthAttacking(to, board_.at(to)));
-    }
-    return reach;
+  Reach count(SquareSet reached) const {
+    return {(reached & empty_).count(), (reached & targets_).count()};
   }
 
   void knight(Square square) {
     const int index = tableIndex(square, OWN);
     placement_ += enemy_.pawns() * KNIGHT_SQUARE[index] / 8;
-    const Reach reach = reachOfKnight(square);
-    const int mobility = KNIGHT_MOBILITY[reach.empty];
-    const int attacks = KNIGHT_ATTACKS[reach.attacked];
-    phased_ += {mobility / 2 + attacks / 2, mobility / 4 + 2 * attacks};
+    const Reach reach = count(knightReach(square));
+    phased_ += KNIGHT_MOBILITY_PHASED[reach.empty];
+    phased_ += KNIGHT_ATTACKS_PHASED[reach.attacked];
     if (board_.at(square + FORWARD).isPawnOf(OWN)) placement_ += KNIGHT_PAWN_AHEAD[index];
     if (board_.at(square + 3 * FORWARD).isPawnOf(ENEMY)) placement_ += KNIGHT_CHASED[index];
     if (isInEnemyCorner(square) && isKnightTrapped(square)) placement_ += TRAPPED_PIECE;
   }
 
   void bishop(Square square) {
-    const Reach reach = reachOfSlider(square, DIAGONAL_STEPS);
+    const Reach reach = count(bishopReach(square, ~empty_));
     placement_ += BISHOP_SQUARE[tableIndex(square, OWN)] + BISHOP_MOBILITY[reach.empty];
-    const int attacks = BISHOP_ATTACKS[reach.attacked];
-    phased_ += {attacks / 2, 3 * attacks};
+    phased_ += BISHOP_ATTACKS_PHASED[reach.attacked];
     if (isInEnemyCorner(square) && isBishopTrapped(square)) placement_ += TRAPPED_PIECE;
   }
 
   void rook(Square square) {
-    const Reach reach = reachOfSlider(square, STRAIGHT_STEPS);
-    const int attacks = ROOK_ATTACKS[reach.attacked];
-    phased_ += {ROOK_MOBILITY_MIDDLEGAME[reach.empty] + attacks,
-                ROOK_MOBILITY_ENDGAME[reach.empty] + 2 * attacks};
+    const Reach reach = count(rookReach(square, ~empty_));
+    phased_ += {ROOK_MOBILITY_MIDDLEGAME[reach.empty], ROOK_MOBILITY_ENDGAME[reach.empty]};
+    phased_ += ROOK_ATTACKS_PHASED[reach.attacked];
     placement_ += fileOf(square);
     if (square.relativeRank(OWN) >= SEVENTH) {
       const int kingRank = enemyKing_.relativeRank(OWN);
@@ -249,15 +245,17 @@ class PieceActivity {
   const PawnSideInfo& enemyPawns_;
   const Material enemy_;
   const Square enemyKing_;
-  int placement_ = 0;  // counts in every phase
+  const SquareSet empty_;
+  const SquareSet targets_;  // enemy men worth attacking
+  int placement_ = 0;        // counts in every phase
   PhaseScore phased_;
 };
 
 }  // namespace
 
-int pieceActivity(const Board& board, const PawnEntry& entry, Color color) {
-  return color == WHITE ? PieceActivity<WHITE>(board, entry).value()
-                        : PieceActivity<BLACK>(board, entry).value();
+int pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry, Color color) {
+  return color == WHITE ? PieceActivity<WHITE>(board, sets, entry).value()
+                        : PieceActivity<BLACK>(board, sets, entry).value();
 }
 
 }  // namespace ombrin

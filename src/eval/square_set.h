@@ -8,14 +8,18 @@
 
 namespace ombrin {
 
-// Squares as one side sees them: its own back rank is the first, and ahead is up.
+// Squares as White sees them or, where a side's own view is meant, with that side's back rank
+// first; ahead is away from the first rank.
 class SquareSet {
  public:
   constexpr SquareSet() = default;
-  // The square with that tableIndex (file + 8 * relative rank).
+  // Bit file + 8 * rank for each square.
+  constexpr explicit SquareSet(std::uint64_t bits) : bits_(bits) {}
+  // The square with that tableIndex.
   static constexpr SquareSet of(int index) { return SquareSet(1ULL << index); }
 
   constexpr bool empty() const { return bits_ == 0; }
+  constexpr bool contains(int index) const { return (bits_ >> index & 1) != 0; }
   constexpr int count() const { return std::popcount(bits_); }
   // The same squares as the other side sees them.
   constexpr SquareSet flipped() const { return SquareSet(__builtin_bswap64(bits_)); }
@@ -28,11 +32,28 @@ class SquareSet {
   constexpr SquareSet right() const { return SquareSet((bits_ & ~FILE_H) << 1); }
   constexpr SquareSet beside() const { return left() | right(); }
 
+  // The squares that pawns on these attack.
+  constexpr SquareSet pawnAttacks(Color color) const {
+    return (color == WHITE ? ahead() : behind()).beside();
+  }
+
   // All squares of the file of the square `index`, in front of it and behind it.
   static constexpr SquareSet allAhead(int index) { return SquareSet(FILE_A << 8 << index); }
   static constexpr SquareSet allBehind(int index) { return SquareSet(FILE_H >> 8 >> (63 - index)); }
   static constexpr SquareSet file(int file) { return SquareSet(FILE_A << file); }
 
+  // On a line through a square, whose other squares are `before` and `after` in the order of their
+  // bits: those that a slider on it reaches, up to and including the first occupied one each way
+  // (the "obstruction difference" of the Chess Programming Wiki).
+  static constexpr SquareSet reach(SquareSet before, SquareSet after, SquareSet occupied) {
+    const std::uint64_t below = (before & occupied).bits_ | 1;
+    const std::uint64_t above = (after & occupied).bits_;
+    const std::uint64_t nearestAbove = above & (0 - above);
+    const std::uint64_t fromNearestBelow = ~0ULL << (63 - std::countl_zero(below));
+    return SquareSet(2 * nearestAbove + fromNearestBelow) & (before | after);
+  }
+
+  constexpr SquareSet operator~() const { return SquareSet(~bits_); }
   friend constexpr SquareSet operator|(SquareSet a, SquareSet b) {
     return SquareSet(a.bits_ | b.bits_);
   }
@@ -45,8 +66,6 @@ class SquareSet {
  private:
   static constexpr std::uint64_t FILE_A = 0x0101010101010101;
   static constexpr std::uint64_t FILE_H = FILE_A << 7;
-
-  constexpr explicit SquareSet(std::uint64_t bits) : bits_(bits) {}
 
   std::uint64_t bits_ = 0;
 };
