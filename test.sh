@@ -61,10 +61,10 @@ run_tests asan
 stage "thread sanitizer, for what runs more than one thread"
 threaded='platform search protocol program'
 configure tsan
-mapfile -t threaded_targets < <(
-  for folder in $threaded; do
-    [ -n "$(find "tests/$folder" -name '*.cpp' 2>/dev/null)" ] && echo "${folder}_test"
-  done)
+threaded_targets=()
+for folder in $threaded; do
+  if compgen -G "tests/$folder/*.cpp" >/dev/null; then threaded_targets+=("${folder}_test"); fi
+done
 compile tsan ombrin "${threaded_targets[@]}"
 run_tests tsan --tests-regex "^(${threaded// /|})"
 

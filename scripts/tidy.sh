@@ -25,7 +25,7 @@ check() {
 export -f check
 
 if [ $# -eq 0 ]; then
-  mapfile -t files < <(find src -name '*.cpp' ! -name '*_windows.cpp' | sort)
+  mapfile -t files <<<"$(find src -name '*.cpp' ! -name '*_windows.cpp' | sort)"
   set -- "${files[@]}"
 fi
 printf '%s\0' "$@" | xargs -0 -n 1 -P "$(nproc)" bash -c 'set -eu; check "$1"' check
