@@ -1,0 +1,15 @@
+// The operating system's part: files as memory.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace bitbases {
+
+// The bytes of a whole file, read-only and shared with other processes; empty when it cannot be
+// opened or has no bytes. They stay until unmapFile().
+std::span<const std::byte> mapFile(const std::string& path);
+void unmapFile(std::span<const std::byte> bytes);
+
+}  // namespace bitbases
