@@ -1,0 +1,200 @@
+// Does the library keep its contract, whatever it is given?
+#include "library.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <random>
+#include <thread>
+
+namespace bitbase_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* KRK = "8/8/8/3k4/8/8/8/R3K3 w";
+constexpr const char* KQK = "8/8/8/3k4/8/8/8/Q3K3 w";
+
+TEST(Library, HoldsNothingWithoutTables) {
+  const std::string directory = makeDirectory("nothing");
+  const Library library(directory);
+  EXPECT_EQ(library.probe(KRK), NOT_HELD);
+  library.load(directory);
+  library.load(directory + "/no/such");
+  EXPECT_EQ(library.probe(KRK), NOT_HELD);
+}
+
+TEST(Library, FindsTablesWhateverTheSeparator) {
+  int number = 0;
+  for (const char* end : {"", "/", "\\"}) {
+    const Library library(makeDirectory("separator" + std::to_string(++number)));
+    std::string directory = tables() + end;
+    if (number == 3) std::ranges::replace(directory, '/', '\\');
+    library.load(directory);
+    EXPECT_GT(library.probe(KRK), 0) << directory;
+  }
+}
+
+TEST(Library, TreatsDamagedTablesAsNotHeld) {
+  const std::string intact = tables() + "/krk.wdl";
+  const auto size = static_cast<std::streamoff>(fs::file_size(intact));
+  const auto overwrite = [](const std::string& path, std::streamoff place, char byte) {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(place);
+    file.put(byte);
+  };
+  const std::pair<const char*, std::function<void(const std::string&)>> damages[] = {
+      {"empty", [](const std::string& path) { fs::resize_file(path, 0); }},
+      {"headless", [](const std::string& path) { fs::resize_file(path, 20); }},
+      {"short", [&](const std::string& path) { fs::resize_file(path, size - 1); }},
+      {"long", [&](const std::string& path) { fs::resize_file(path, size + 1); }},
+      {"magic", [&](const std::string& path) { overwrite(path, 0, 'X'); }},
+      {"version", [&](const std::string& path) { overwrite(path, 8, 9); }},
+      {"data", [&](const std::string& path) { overwrite(path, size / 2, '\xf5'); }},
+      {"end", [&](const std::string& path) { overwrite(path, size - 1, '\x79'); }},
+      {"other",
+       [](const std::string& path) {
+         fs::copy_file(tables() + "/kqk.wdl", path, fs::copy_options::overwrite_existing);
+       }},
+      {"directory",
+       [](const std::string& path) {
+         fs::remove(path);
+         fs::create_directory(path);
+       }},
+  };
+  for (const auto& [name, damage] : damages) {
+    const std::string directory = makeDirectory(name);
+    const Library library(directory);
+    fs::copy_file(tables() + "/kqk.wdl", directory + "/kqk.wdl");
+    fs::copy_file(intact, directory + "/krk.wdl");
+    damage(directory + "/krk.wdl");
+    library.load(directory);
+    EXPECT_EQ(library.probe(KRK), NOT_HELD) << name;
+    EXPECT_GT(library.probe(KQK), 0) << name;
+    // A whole table may come later.
+    library.load(tables());
+    EXPECT_GT(library.probe(KRK), 0) << name;
+  }
+}
+
+class ProbeTest : public testing::Test {
+ protected:
+  ProbeTest() : library_(makeDirectory("probe")) { library_.load(tables()); }
+  Library library_;
+};
+
+TEST_F(ProbeTest, RefusesWhatIsNoPosition) {
+  const Query good = Query::of(KRK);
+  ASSERT_GT(library_.probe(good), 0);
+  const std::function<void(Query&)> spoils[] = {
+      [](Query& query) { query.side = 2; },
+      [](Query& query) { query.side = -1; },
+      [](Query& query) { query.king[0] = 64; },
+      [](Query& query) { query.king[1] = -1; },
+      [](Query& query) { query.king[1] = query.king[0]; },
+      [](Query& query) { query.king[1] = query.king[0] + 9; },
+      [](Query& query) { query.men[0][1] = query.king[0]; },
+      [](Query& query) { query.men[0][1] = 64; },
+      [](Query& query) { query.men[0][1] = -1; },
+      [](Query& query) { query.men[1] = query.men[0]; },
+      [](Query& query) { query.men[0][0] = 1; },
+      [](Query& query) { query.men[0][0] = 7; },
+      [](Query& query) { query.men[0][0] = 13; },
+      [](Query& query) { query.men[0][0] = -3; },
+      [](Query& query) {
+        query.men[0] = {6, 0};
+      },
+      [](Query& query) {
+        query.men[0] = {12, 63};
+      },
+      // White gives check and is to move.
+      [](Query& query) { query.men[0][1] = query.king[1] + 1; },
+  };
+  int number = 0;
+  for (const auto& spoil : spoils) {
+    Query query = good;
+    spoil(query);
+    EXPECT_EQ(library_.probe(query), NOT_HELD) << number;
+    ++number;
+  }
+  EXPECT_EQ(library_.probe("8/8/8/3k4/8/8/8/4K3 w"), 0);
+}
+
+// Turning the board about, exchanging the colours or naming the men in another order changes
+// nothing; no arguments do harm.
+TEST_F(ProbeTest, AnswersAlikeForAlikePositions) {
+  std::mt19937 random(20);
+  const auto number = [&random](int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random);
+  };
+  int held = 0;
+  for (int i = 0; i < 100000; ++i) {
+    Query query{number(0, 1), {number(0, 63), number(0, 63)}, {}};
+    for (auto& man : query.men) man = {number(0, 13), number(-1, 64)};
+    if (number(0, 3) != 0) query.men[2] = {0, 0};
+    const int score = library_.probe(query);
+    Query turned = query;
+    Query exchanged = query;
+    exchanged.side = 1 - query.side;
+    exchanged.king = {query.king[1] ^ 56, query.king[0] ^ 56};
+    for (int& king : turned.king) king ^= 7;
+    for (std::size_t j = 0; j < 3; ++j) {
+      const auto [code, square] = query.men[j];
+      turned.men[j] = {code, square < 0 || square > 63 ? square : square ^ 7};
+      if (code != 0 && square >= 0 && square < 64) {
+        exchanged.men[2 - j] = {code < 7 ? code + 6 : code - 6, square ^ 56};
+      } else {
+        exchanged.men[2 - j] = query.men[j];
+      }
+    }
+    ASSERT_EQ(library_.probe(turned), score) << i;
+    ASSERT_EQ(library_.probe(exchanged), score) << i;
+    if (score != NOT_HELD) ++held;
+  }
+  EXPECT_GT(held, 5000);
+}
+
+TEST_F(ProbeTest, AnswersManyThreadsAtOnce) {
+  const Library late(makeDirectory("threads"));
+  const Query query = Query::of(KRK);
+  std::atomic<int> wrong = 0;
+  {
+    std::array<std::jthread, 4> threads;
+    for (std::jthread& thread : threads) {
+      thread = std::jthread([&] {
+        // Held from some moment on, and then for good.
+        bool isHeld = false;
+        for (int n = 0; n < 20000 || !isHeld; ++n) {
+          const int score = late.probe(query);
+          if (score == NOT_HELD ? isHeld : score <= 0) ++wrong;
+          isHeld = score != NOT_HELD;
+        }
+      });
+    }
+    late.load(tables());
+  }
+  EXPECT_EQ(wrong, 0);
+}
+
+TEST(Generator, ExplainsItselfAndReportsFailure) {
+  EXPECT_EQ(generate("2> /dev/null"), "failed\n");
+  EXPECT_EQ(generate("/tmp KXK 2> /dev/null"), "failed\n");
+  EXPECT_EQ(generate("--threads 0 /tmp KQK 2> /dev/null"), "failed\n");
+  EXPECT_NE(generate("/dev/null/nowhere KQK").find("failed"), std::string::npos);
+}
+
+TEST(Generator, MakesADamagedTableAnew) {
+  const std::string directory = makeDirectory("anew");
+  generate(directory + " KPK");
+  fs::resize_file(directory + "/krk.wdl", 100);
+  EXPECT_NE(generate(directory + " KPK").find("KRK"), std::string::npos);
+  EXPECT_EQ(generate(directory + " KPK").find("KRK"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace bitbase_test
