@@ -17,13 +17,14 @@ namespace ombrin {
 //
 //   BookFile book(board);
 //   if (book.open("games.obk")) {
-//     for (int slot = 1; slot <= book.readMoves(); ++slot) use(book.move(slot));
+//     const int count = book.readMoves();
+//     for (const BookEntry& move : book.moves(count)) use(move);
 //   }
 class BookFile {
  public:
   static constexpr int MAX_MOVES_READ = 32;
 
-  explicit BookFile(const Board& board) : board_(board) {}
+  explicit BookFile(Board& board) : board_(board) {}
 
   // Closes what was open. False, and nothing open, when the path is no file that can be read. A
   // file whose header makes no sense opens as a book without records.
@@ -31,7 +32,7 @@ class BookFile {
   void close();
   bool isOpen() const { return file_.is_open(); }
 
-  const Board& board() const { return board_; }
+  Board& board() const { return board_; }
   const BookHeader& header() const { return header_; }
   bool hasElo() const { return (header_.flags & BOOK_ELO) != 0; }
   // True when positions are filed under their legacy keys.
@@ -61,10 +62,9 @@ class BookFile {
  private:
   void seekRecord(std::uint64_t index);
   bool readKeyOf(std::uint64_t index, std::uint64_t& key);
-  void skipPadding();
 
   BookHeader header_;
-  const Board& board_;
+  Board& board_;
   std::ifstream file_;
   std::uint32_t statedRecords_ = 0;
   std::uint64_t records_ = 0;  // those that are there in full

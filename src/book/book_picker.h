@@ -63,8 +63,6 @@ class BookPicker {
   void rejectBesideBest(std::span<const BookEntry> moves);
   void setShares(std::span<const BookEntry> moves);
   void combine(std::span<PickRecord> records) const;
-  void printMove(const BookEntry& move, const PickRecord& record) const;
-  void printTotals(std::span<const BookEntry> moves) const;
 
   BookFile& book_;
   std::array<PickRecord, BookFile::MAX_MOVES_READ> records_;

@@ -1,0 +1,46 @@
+#include "book/book_entry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace ombrin {
+
+namespace {
+
+// A rating of 2400 has the factor 1, and every 70 points double it.
+constexpr double BASE_ELO = 2400;
+constexpr double DOUBLING_ELO = 70;
+
+}  // namespace
+
+double eloOf(double factor) {
+  return factor == 0 ? 0 : BASE_ELO + DOUBLING_ELO * std::log2(factor);
+}
+
+float factorOf(double elo) {
+  constexpr double LARGEST = std::numeric_limits<float>::max();
+  return static_cast<float>(std::min(std::exp2((elo - BASE_ELO) / DOUBLING_ELO), LARGEST));
+}
+
+double BookEntry::score() const {
+  if (isEmpty()) return 0;
+  return (2.0 * wins + draws) / (2.0 * static_cast<double>(games()));
+}
+
+bool isBefore(const BookEntry& a, const BookEntry& b) {
+  if (a.key != b.key) return a.key < b.key;
+  if (a.games() != b.games()) return a.games() > b.games();
+  return a.from != b.from ? a.from < b.from : a.to < b.to;
+}
+
+std::string moveText(const BookEntry& entry) {
+  std::string text;
+  for (const int square : {entry.from & 0x77, entry.to & 0x77}) {
+    text += static_cast<char>('a' + (square & 7));
+    text += static_cast<char>('1' + (square >> 4));
+  }
+  return text;
+}
+
+}  // namespace ombrin

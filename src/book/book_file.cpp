@@ -1,0 +1,118 @@
+#include "book/book_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+
+#include "book/book_key.h"
+
+namespace ombrin {
+
+namespace {
+
+// Enough for 32 moves with the largest counts, each split into records of 65535; more of them are
+// no position of a sound book, and a pick has to end.
+constexpr int MAX_RECORDS_READ = BookFile::MAX_MOVES_READ * 65538;
+
+void addTo(std::uint32_t& count, std::uint32_t more) {
+  count += std::min(more, std::numeric_limits<std::uint32_t>::max() - count);
+}
+
+void addTo(BookEntry& move, const BookEntry& more) {
+  addTo(move.wins, more.wins);
+  addTo(move.draws, more.draws);
+  addTo(move.losses, more.losses);
+  move.eloFactor = static_cast<float>(
+      std::min(double{move.eloFactor} + more.eloFactor, double{std::numeric_limits<float>::max()}));
+}
+
+}  // namespace
+
+bool BookFile::open(const std::string& path) {
+  close();
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return false;
+  const std::uint64_t length = std::filesystem::file_size(path, error);
+  if (error) return false;
+  file_.open(path, std::ios::binary);
+  if (!file_) return false;
+
+  const bool hasHeader = readHeader(file_, header_);
+  if (hasHeader && header_.recordSize >= recordSizeOf(header_.flags)) {
+    const auto recordSize = static_cast<std::uint64_t>(header_.recordSize);
+    const auto start = static_cast<std::uint64_t>(header_.size);
+    statedRecords_ = static_cast<std::uint32_t>(length / recordSize);
+    records_ = length > start ? (length - start) / recordSize : 0;
+  }
+  isLegacy_ = find(startLegacyKey()) && !find(startBookKey());
+  return true;
+}
+
+void BookFile::close() {
+  file_.close();
+  file_.clear();
+  header_ = BookHeader();
+  statedRecords_ = 0;
+  records_ = 0;
+  isLegacy_ = false;
+}
+
+bool BookFile::find(std::uint64_t key) {
+  if (records_ == 0) return false;
+  std::uint64_t low = 0;
+  std::uint64_t high = records_ - 1;
+  std::uint64_t found = 0;
+  while (low < high) {
+    const std::uint64_t middle = low + (high - low) / 2;
+    if (!readKeyOf(middle, found)) return false;
+    if (found < key) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  if (!readKeyOf(low, found) || found != key) return false;
+  seekRecord(low);
+  return true;
+}
+
+int BookFile::readMoves() {
+  const std::uint64_t key = isLegacy_ ? legacyKey(board_) : bookKey(board_);
+  if (!find(key)) return 0;
+  int count = 0;
+  BookEntry entry;
+  for (int records = 0; records < MAX_RECORDS_READ && count < MAX_MOVES_READ; ++records) {
+    if (!next(entry) || entry.key != key) break;
+    if (count > 0 && move(count).isSameMove(entry)) {
+      addTo(move(count), entry);
+    } else {
+      move(++count) = entry;
+    }
+  }
+  return count;
+}
+
+void BookFile::rewind() {
+  seekRecord(0);
+}
+
+bool BookFile::next(BookEntry& entry) {
+  if (records_ == 0 || !readRecord(entry, file_, header_.flags | BOOK_KEY)) return false;
+  // A record may be longer than what is known of it.
+  const int padding = header_.recordSize - recordSizeOf(header_.flags);
+  if (padding > 0) file_.ignore(padding);
+  return true;
+}
+
+void BookFile::seekRecord(std::uint64_t index) {
+  file_.clear();
+  file_.seekg(static_cast<std::streamoff>(static_cast<std::uint64_t>(header_.size) +
+                                          index * static_cast<std::uint64_t>(header_.recordSize)));
+}
+
+bool BookFile::readKeyOf(std::uint64_t index, std::uint64_t& key) {
+  seekRecord(index);
+  return readKey(key, file_);
+}
+
+}  // namespace ombrin

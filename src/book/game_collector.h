@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "board/board.h"
+#include "book/book_table.h"
+#include "book/build_settings.h"
+#include "pgn/pgn_game.h"
+
+namespace ombrin {
+
+// What a build has counted so far, in games and in moves.
+struct BuildCounters {
+  std::int64_t errors = 0;
+  std::int64_t belowMinply = 0;
+  std::int64_t belowMinelo = 0;
+  std::int64_t aboveMaxelodelta = 0;
+  std::int64_t withoutResult = 0;
+  std::int64_t used = 0;
+  std::int64_t movesEntered = 0;
+  std::int64_t droppedByGames = 0;
+  std::int64_t droppedByQuality = 0;
+  std::int64_t droppedByScore = 0;
+  std::int64_t droppedByKeeppct = 0;
+};
+
+// Replays games on the table's board and enters their moves into the table. Problems with a game
+// are reported on standard output. One thread at a time.
+class GameCollector {
+ public:
+  // All three must live as long as this.
+  GameCollector(BookTable& table, const BuildSettings& settings, BuildCounters& counters);
+
+  // Counts the game as what it is, and enters its first plies when it passes the settings. False
+  // when the game is in error; its moves before the first bad one are entered all the same.
+  bool addGame(const PgnGame& game);
+
+ private:
+  // A move that waits for the end of its game.
+  struct Entered {
+    std::uint64_t key;
+    std::uint8_t from;
+    std::uint8_t to;
+    BookTable::Outcome outcome;
+    float weight;
+  };
+
+  bool isWanted(const PgnGame& game);
+  bool replay(const PgnGame& game);
+  void enterMoves();
+
+  BookTable& table_;
+  const BuildSettings& settings_;
+  BuildCounters& counters_;
+  Board start_;
+  std::vector<Entered> entered_;
+};
+
+}  // namespace ombrin

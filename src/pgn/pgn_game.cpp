@@ -1,0 +1,16 @@
+#include "pgn/pgn_game.h"
+
+namespace ombrin {
+
+void PgnGame::clear() {
+  for (std::string* text : {&fen, &white, &black, &date, &event, &site, &round, &eco, &warning}) {
+    text->clear();
+  }
+  inComment = false;
+  whiteElo = 0;
+  blackElo = 0;
+  result = NO_RESULT;
+  moves.clear();
+}
+
+}  // namespace ombrin
