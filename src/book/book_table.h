@@ -14,6 +14,10 @@ namespace ombrin {
 
 // The table in which a book is built: positions and moves, hashed by key with linear probing, and
 // never more than three quarters full. One thread at a time.
+//
+// The entries themselves stand one behind the other, so that memory is touched only as far as it is
+// needed; the hash table holds their numbers and, apart, a few bits of their keys, which are nearly
+// all that probing has to look at.
 class BookTable {
  public:
   enum Outcome { WIN = 0, DRAW = 1, LOSS = 2 };
@@ -23,9 +27,8 @@ class BookTable {
 
   Board& board() { return board_; }
   std::size_t capacity() const { return capacity_; }
-  // Entries in use as long as nothing but add() has changed any.
   std::size_t used() const { return used_; }
-  // Number of entries in use at which the table has to grow.
+  // The number of entries at which the table has to grow.
   std::size_t loadLimit() const { return capacity_ - capacity_ / 4; }
 
   // Grows the table to `entries` (at least 1024) entries. False when that is fewer than there are
@@ -41,11 +44,11 @@ class BookTable {
   // Tells the processor that this key will be added soon.
   void prefetch(std::uint64_t key) const;
 
-  // All entries, empty ones included.
-  std::span<BookEntry> entries() { return {entries_.get(), capacity_}; }
-  std::span<const BookEntry> entries() const { return {entries_.get(), capacity_}; }
-  // Brings the entries into the order of a book, empty ones first. The table is no hash table any
-  // more: nothing can be added.
+  // All entries, those included that somebody has emptied.
+  std::span<BookEntry> entries() { return {entries_.get(), used_}; }
+  std::span<const BookEntry> entries() const { return {entries_.get(), used_}; }
+  // Brings the entries into the order of a book and drops the empty ones. The table is no hash
+  // table any more: nothing can be added.
   void sort();
 
   // Writes the entries as they stand. True when the book is complete under its name; otherwise
@@ -56,11 +59,16 @@ class BookTable {
   struct Free {
     void operator()(void* memory) const { std::free(memory); }
   };
+  template <typename T>
+  using Block = std::unique_ptr<T[], Free>;
 
-  BookEntry& slotFor(std::uint64_t key, std::uint8_t from, std::uint8_t to);
+  bool reserveEntries(std::size_t count);
+  void index(std::uint32_t number);
 
   Board& board_;
-  std::unique_ptr<BookEntry[], Free> entries_;
+  Block<BookEntry> entries_;      // in the order in which they came; room for loadLimit()
+  Block<std::uint8_t> tags_;      // by slot of the hash table: 0 when free
+  Block<std::uint32_t> numbers_;  // by slot: which entry
   std::size_t capacity_ = 0;
   std::size_t used_ = 0;
 };

@@ -13,14 +13,27 @@ namespace {
 constexpr std::size_t FIRST_SIZE = 128;
 constexpr LogChannel LOG{"textfile"};
 
+// Holds the stream for a whole line, which is far cheaper than for every character.
+class StreamLock {
+ public:
+  explicit StreamLock(std::FILE* stream) : stream_(stream) { flockfile(stream_); }
+  ~StreamLock() { funlockfile(stream_); }
+  StreamLock(const StreamLock&) = delete;
+  StreamLock& operator=(const StreamLock&) = delete;
+
+ private:
+  std::FILE* stream_;
+};
+
 }  // namespace
 
 std::optional<std::string_view> TextFile::readLine() {
   std::size_t length = 0;
+  const StreamLock lock(stream_);
   while (true) {
     // One byte stays free, as if for a terminator: the sizes in the log are those of C strings.
     if (length + 1 >= buffer_.size() && !grow(length)) return std::nullopt;
-    const int c = std::getc(stream_);
+    const int c = getc_unlocked(stream_);
     if (c == '\n') {
       if (length > 0 && buffer_[length - 1] == '\r') --length;
       return std::string_view(buffer_).substr(0, length);
