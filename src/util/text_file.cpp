@@ -1,7 +1,10 @@
 #include "util/text_file.h"
 
+#include <algorithm>
 #include <cinttypes>
+#include <climits>
 #include <cstdint>
+#include <cstring>
 #include <new>
 
 #include "util/log.h"
@@ -13,38 +16,51 @@ namespace {
 constexpr std::size_t FIRST_SIZE = 128;
 constexpr LogChannel LOG{"textfile"};
 
-// Holds the stream for a whole line, which is far cheaper than for every character.
-class StreamLock {
- public:
-  explicit StreamLock(std::FILE* stream) : stream_(stream) { flockfile(stream_); }
-  ~StreamLock() { funlockfile(stream_); }
-  StreamLock(const StreamLock&) = delete;
-  StreamLock& operator=(const StreamLock&) = delete;
-
- private:
-  std::FILE* stream_;
-};
-
 }  // namespace
 
 std::optional<std::string_view> TextFile::readLine() {
   std::size_t length = 0;
-  const StreamLock lock(stream_);
   while (true) {
-    // One byte stays free, as if for a terminator: the sizes in the log are those of C strings.
+    // One byte stays free, for the terminator.
     if (length + 1 >= buffer_.size() && !grow(length)) return std::nullopt;
-    const int c = getc_unlocked(stream_);
-    if (c == '\n') {
+    const std::size_t before = length;
+    const bool complete = readPiece(length);
+    if (complete) {
       if (length > 0 && buffer_[length - 1] == '\r') --length;
       return std::string_view(buffer_).substr(0, length);
     }
-    if (c == EOF) {
+    if (length == before || std::feof(stream_) != 0) {
       if (length == 0) return std::nullopt;
       logInfo(LOG, "EOF n=%zu, size=%zu\n", length, buffer_.size());
       return std::string_view(buffer_).substr(0, length);
     }
-    buffer_[length++] = static_cast<char>(c);
   }
+}
+
+// Reads on behind `length`, which then counts what was read, up to the line end, the end of the
+// buffer or of the input. True when the line is complete; its line feed does not count.
+//
+// The C library's line read is fast and does not say how much it has read, and a NUL byte of the
+// input looks like its terminator. So the room is filled with line feeds first: the first one
+// found is the line's own if the terminator follows it, else it is filling and the terminator
+// stands before it.
+bool TextFile::readPiece(std::size_t& length) {
+  char* const room = buffer_.data() + length;
+  const std::size_t size = buffer_.size() - length;
+  std::memset(room, '\n', size);
+  if (std::fgets(room, static_cast<int>(std::min<std::size_t>(size, INT_MAX)), stream_) ==
+      nullptr) {
+    return false;
+  }
+  const auto* const end = static_cast<const char*>(std::memchr(room, '\n', size));
+  if (end == nullptr) {
+    length += size - 1;
+    return false;
+  }
+  const auto found = static_cast<std::size_t>(end - room);
+  const bool complete = found + 1 < size && room[found + 1] == '\0';
+  length += complete ? found : found - 1;
+  return complete;
 }
 
 bool TextFile::grow(std::size_t length) {

@@ -26,6 +26,7 @@ class TextFile {
 
  private:
   bool grow(std::size_t length);
+  bool readPiece(std::size_t& length);
 
   std::FILE* stream_;
   std::string buffer_;
