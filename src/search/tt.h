@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "board/board.h"
 #include "board/score.h"
+#include "search/counter.h"
 
 namespace ombrin {
 
@@ -15,7 +15,7 @@ enum Bound : std::uint8_t { TT_NONE = 0, TT_EXACT = 1, TT_LOWER = 2, TT_UPPER = 
 // What the table knows of a position. The score is relative to the node (Score::relativeToNode).
 struct TtEntry {
   Move move;
-  Score score;
+  Score score;    // -32768 to 32767
   int depth = 0;  // -32768 to 32767
   Bound bound = TT_NONE;
   std::uint8_t generation = 0;
@@ -23,9 +23,9 @@ struct TtEntry {
 
 // A search thread's own counts of what it did with the table.
 struct TtCounters {
-  std::uint64_t upd = 0;         // stores over an entry of the same position
-  std::uint64_t stores = 0;      // stores into a victim's place
-  std::uint64_t overwrites = 0;  // of those, the victim was of the current generation
+  Counter upd;         // stores over an entry of the same position
+  Counter stores;      // stores into a victim's place
+  Counter overwrites;  // of those, the victim was of the current generation
 };
 
 // The transposition table that all search threads share without a lock: 16-byte entries in clusters
@@ -48,10 +48,10 @@ class Tt {
   // and aborts when there is none.
   void resize(std::size_t kb);
   void clear();
-  void nextGeneration();
+  void nextGeneration() { ++generation_; }
 
   std::size_t bytes() const { return bytes_; }
-  std::size_t entries() const { return bytes_ / 16; }
+  std::size_t entries() const { return bytes_ / ENTRY_BYTES; }
 
   // The rest from any search thread, on its own board.
 
@@ -61,15 +61,44 @@ class Tt {
   // Stores move, score, depth and bound; generation is filled in.
   void store(const Board& board, const TtEntry& entry, TtCounters& counters);
   void erase(const Board& board);
-  void prefetch(const Board& board) const;
+  void prefetch(const Board& board) const { __builtin_prefetch(&slots_[index(board)]); }
 
  private:
-  struct Slot;
+  static constexpr std::size_t ENTRY_BYTES = 16;
+  static constexpr std::size_t CLUSTER = 4;
+
+  // One entry in two halves: check word and move; score, depth, 16 unused bits, generation, bound.
+  struct Slot {
+    std::uint64_t checkAndMove;
+    std::uint64_t payload;
+
+    std::uint32_t check() const { return static_cast<std::uint32_t>(checkAndMove); }
+    std::uint32_t move() const { return static_cast<std::uint32_t>(checkAndMove >> 32); }
+    std::uint32_t scoreAndDepth() const { return static_cast<std::uint32_t>(payload); }
+    std::uint32_t key() const { return check() ^ move() ^ scoreAndDepth(); }
+    int score() const { return static_cast<std::int16_t>(payload); }
+    int depth() const { return static_cast<std::int16_t>(payload >> 16); }
+    std::uint8_t generation() const { return static_cast<std::uint8_t>(payload >> 48); }
+    Bound bound() const { return static_cast<Bound>(payload >> 56); }
+  };
+  static_assert(sizeof(Slot) == ENTRY_BYTES);
+  struct Release {
+    void operator()(void* block) const;
+  };
+
+  // The position's cluster is this slot and those at index ^ 1, ^ 2 and ^ 3.
+  std::size_t index(const Board& board) const { return (board.hash + 4 * board.side) & mask_; }
+  static Slot pack(std::uint32_t key, const TtEntry& entry, std::uint8_t generation);
+  static bool improves(const TtEntry& entry, Slot old);
+  Slot read(std::size_t index) const;
+  void write(std::size_t index, Slot contents);
+  bool obtain();
 
   Slot* slots_ = nullptr;
-  std::size_t bytes_ = 0;
   std::size_t mask_ = 0;
+  std::size_t bytes_ = 0;
   std::uint8_t generation_ = 0;
+  std::unique_ptr<void, Release> block_;
 };
 
 }  // namespace ombrin
