@@ -38,7 +38,7 @@ class SearchClock {
   void ponderhit();
 
   // Notifications of the root search.
-  void setIteration(int depth);
+  void setIteration(int iteration);
   void iterationDone(Score score);  // a completed iteration
   void failHigh();                  // a later root move beat alpha
   void resolved();                  // its re-search is over
@@ -53,6 +53,8 @@ class SearchClock {
   bool isInfinite() const { return infinite_.load(std::memory_order_relaxed); }
   void setInfinite(bool infinite) { infinite_.store(infinite, std::memory_order_relaxed); }
   std::uint32_t budget(Budget which) const;
+  // The budget that ends the search now, unless it is infinite.
+  std::uint32_t limit() const { return budget(state_.load(std::memory_order_relaxed)); }
   // The normal budget: what the front-ends call the nominal search time.
   std::uint32_t nominal() const { return budget(NORMAL); }
 
@@ -75,8 +77,7 @@ class SearchClock {
   int remaining_ = 0;
   int increment_ = 0;
   int iteration_ = 0;
-  Score lastScore_;
-  Score previousScore_;
+  Score lastScore_;  // of the last completed iteration
 };
 
 }  // namespace ombrin
