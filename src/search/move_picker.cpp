@@ -1,0 +1,295 @@
+#include "search/move_picker.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "board/attacks.h"
+#include "board/exchange.h"
+#include "board/geometry.h"
+#include "board/move_generation.h"
+
+namespace ombrin {
+
+namespace {
+
+constexpr int HASH_MOVE_KEY = 0x7fffffff;
+constexpr int LAST_CUT_KEY = 0x7f100;
+constexpr int THREAT_CAPTURE_KEY = 999;
+
+// Where a king in check would rather be: the corners first, the centre last. Half a board from the
+// edge inwards; files a to h.
+constexpr std::array<std::array<int, 8>, 4> KING_TABLE = {{
+    {-1, 0, -3, -4, -4, -3, 0, -1},
+    {-1, -2, -3, -6, -6, -3, -2, -1},
+    {-6, -8, -10, -12, -12, -10, -8, -6},
+    {-10, -12, -14, -16, -16, -14, -12, -10},
+}};
+
+constexpr int kingTable(Square square) {
+  return KING_TABLE[std::min(square.rank(), 7 - square.rank())][square.file()];
+}
+
+// Does the square lie strictly between the ends of a line?
+bool isBetween(Square square, Square from, Square to) {
+  const Delta step = stepAlong(to - from);
+  return isLine(to - from) && isLine(square - from) && stepAlong(square - from) == step &&
+         kingDistance(from, square) < kingDistance(from, to);
+}
+
+// Would the piece attack the square from the move's destination if nothing else stood in the way?
+bool couldAttack(const Board& board, Move move, Square target) {
+  const int way = board.at(move.from()).kind() & attacksOver(target - move.to());
+  return (way & 63) != 0;
+}
+
+// Does it attack the square from there?
+bool willAttack(const Board& board, Move move, Square target) {
+  return attacks(board, board.at(move.from()).kind(), move.to(), target);
+}
+
+// The keys of a list of moves, by position.
+using Keys = std::array<int, SearchThread::MOVE_ROOM>;
+
+// Highest key first; of equals, the one that came first.
+void sortByKey(std::span<Move> moves, Keys& keys) {
+  for (std::size_t i = 1; i < moves.size(); ++i) {
+    const Move move = moves[i];
+    const int key = keys[i];
+    std::size_t place = i;
+    for (; place > 0 && keys[place - 1] < key; --place) {
+      moves[place] = moves[place - 1];
+      keys[place] = keys[place - 1];
+    }
+    moves[place] = move;
+    keys[place] = key;
+  }
+}
+
+}  // namespace
+
+void MovePicker::startMain(Move hashMove, Move threat) {
+  hashMove_ = hashMove;
+  threat_ = threat;
+  stage_ = CAPTURES;
+  current_ = room_.data();
+  orderMainCaptures(genCaptures(board_, current_));
+}
+
+// Captures of the threatening piece come first, losing ones go behind the quiet moves.
+void MovePicker::orderMainCaptures(Move* end) {
+  const Square king = board_.kingSquare(~board_.side);
+  Keys keys;
+  losing_ = losingEnd_ = end;
+  end_ = current_;
+  for (const Move move : std::span(current_, end)) {
+    if (move.isSameAs(hashMove_)) continue;
+    const int value = see(board_, board_.side, move);
+    const bool takesThreat = threat_ && move.to() == threat_.from();
+    if (value < 0 && !takesThreat) {
+      *losingEnd_++ = move;
+      continue;
+    }
+    keys[end_ - current_] = takesThreat ? (value >= 0 ? THREAT_CAPTURE_KEY : 0)
+                                        : value + (couldAttack(board_, move, king) ? 1 : 0);
+    *end_++ = move;
+  }
+  sortByKey({current_, end_}, keys);
+}
+
+int MovePicker::startEvasions(Move lastMove) {
+  stage_ = EVASIONS;
+  hashMove_ = NULL_MOVE;
+  current_ = room_.data();
+  end_ = genEvasions(board_, current_, lastMove);
+  return static_cast<int>(end_ - current_);
+}
+
+int MovePicker::dropQuietEvasions() {
+  end_ = std::remove_if(current_, end_, [](Move move) { return move.isQuiet(); });
+  return static_cast<int>(end_ - current_);
+}
+
+void MovePicker::orderEvasions(Move hashMove) {
+  const Square king = board_.kingSquare(board_.side);
+  Keys keys;
+  for (int i = 0; i < end_ - current_; ++i) {
+    const Move move = current_[i];
+    if (move.isSameAs(hashMove)) {
+      keys[i] = HASH_MOVE_KEY;
+    } else if (move.from() == king) {
+      keys[i] = 65536 * move.captured().value() + kingTable(move.to()) - kingTable(king);
+    } else {
+      keys[i] = 65536 * see(board_, board_.side, move) + 2;
+    }
+  }
+  sortByKey({current_, end_}, keys);
+}
+
+int MovePicker::startQuiescence(int threshold, bool checks, Move hashMove) {
+  stage_ = QUIESCENCE;
+  hashMove_ = NULL_MOVE;
+  current_ = room_.data();
+  end_ = current_;
+  const Color side = board_.side;
+  const Square king = board_.kingSquare(~side);
+  const Move lastCut = thread_.lastCut[ply_];
+  int largestPruned = 0;
+  Keys keys;
+  for (const Move move : std::span(current_, genCaptures(board_, current_))) {
+    const int victim = move.captured().value();
+    int key = 0;
+    if (hashMove && move.isSameAs(hashMove)) {
+      key = HASH_MOVE_KEY;
+    } else if (discoversCheck(board_, king, move.from(), move.to())) {
+      key = victim + 1;
+    } else {
+      if (threshold > 0 && !move.isPromotion() && 100 * victim < threshold &&
+          !(checks && willAttack(board_, move, king))) {
+        largestPruned = std::max(largestPruned, 100 * victim);
+        continue;
+      }
+      key = see(board_, side, move);
+      if (key < 0) continue;
+      if (move.isSameAs(lastCut)) key = LAST_CUT_KEY;
+    }
+    keys[end_ - current_] = key;
+    *end_++ = move;
+  }
+  sortByKey({current_, end_}, keys);
+  return largestPruned;
+}
+
+void MovePicker::startAll() {
+  stage_ = QUIESCENCE_DONE;
+  hashMove_ = NULL_MOVE;
+  current_ = room_.data();
+  end_ = genMoves(board_, current_);
+}
+
+Move MovePicker::next() {
+  do {
+    while (current_ != end_) {
+      const Move move = *current_++;
+      if (!move.isSameAs(hashMove_)) return move;
+    }
+  } while (nextBatch());
+  return NULL_MOVE;
+}
+
+// Moves on to the next stage that has moves.
+bool MovePicker::nextBatch() {
+  switch (stage_) {
+    case CAPTURES:
+      stage_ = KILLER1;
+      if (killerBatch(thread_.killers[ply_].first)) return true;
+      [[fallthrough]];
+    case KILLER1:
+      stage_ = KILLER2;
+      if (killerBatch(thread_.killers[ply_].second)) return true;
+      [[fallthrough]];
+    case KILLER2:
+      stage_ = QUIET;
+      if (quietBatch()) return true;
+      [[fallthrough]];
+    case QUIET:
+      stage_ = LOSING_CAPTURES;
+      current_ = losing_;
+      end_ = losingEnd_;
+      if (current_ != end_) return true;
+      [[fallthrough]];
+    case LOSING_CAPTURES:
+      stage_ = KING_MOVES;
+      current_ = room_.data();
+      end_ = genKingQuiet(board_, current_);
+      dropKillers();
+      return current_ != end_;
+    case QUIESCENCE:
+      if (!quietChecks_) return false;
+      stage_ = DISCOVERED_CHECKS;
+      current_ = room_.data();
+      end_ = genDiscoveredQuiet(board_, current_);
+      if (current_ != end_) return true;
+      [[fallthrough]];
+    case DISCOVERED_CHECKS:
+      stage_ = QUIET_CHECKS;
+      return quietCheckBatch();
+    default:
+      return false;
+  }
+}
+
+bool MovePicker::killerBatch(Move killer) {
+  if (!killer || !isMove(board_, killer, NULL_MOVE)) return false;
+  current_ = room_.data();  // the captures before it are done with
+  *current_ = killer;
+  end_ = current_ + 1;
+  return true;
+}
+
+bool MovePicker::quietBatch() {
+  current_ = losingEnd_;
+  end_ = genQuiet(board_, current_);
+  dropKillers();
+  promoteQuiet();
+  return current_ != end_;
+}
+
+// They had stages of their own.
+void MovePicker::dropKillers() {
+  const Killers& killers = thread_.killers[ply_];
+  end_ = std::remove_if(current_, end_, [&killers](Move move) {
+    return move.isSameAs(killers.first) || move.isSameAs(killers.second);
+  });
+}
+
+// Moves that answer the threat come first, killers of the same side at earlier plies next, and
+// checks last.
+void MovePicker::promoteQuiet() {
+  Move* front = current_;
+  if (threat_) {
+    for (Move& move : std::span(front, end_)) {
+      if ((move.from() == threat_.to() || isBetween(move.to(), threat_.from(), threat_.to())) &&
+          see(board_, board_.side, move) >= 0) {
+        std::swap(move, *front++);
+      }
+    }
+  }
+  for (int earlier = ply_ - 2; earlier >= std::max(ply_ - 4, 0); earlier -= 2) {
+    const Killers& killers = thread_.killers[earlier];
+    const Move mateKiller = thread_.mateKiller[earlier];
+    for (Move& move : std::span(front, end_)) {
+      if (move.isSameAs(killers.first) || move.isSameAs(killers.second) ||
+          move.isSameAs(mateKiller)) {
+        std::swap(move, *front++);
+      }
+    }
+  }
+  const Square king = board_.kingSquare(~board_.side);
+  for (Move* unexamined = end_; front < unexamined;) {
+    if (willAttack(board_, *front, king)) {
+      std::swap(*front, *--unexamined);
+    } else {
+      ++front;
+    }
+  }
+}
+
+// The rest of the quiet checks; those that lose the piece are left out.
+bool MovePicker::quietCheckBatch() {
+  const Square king = board_.kingSquare(~board_.side);
+  current_ = room_.data();
+  end_ = current_;
+  Keys keys;
+  for (const Move move : std::span(current_, genQuietChecks(board_, current_))) {
+    const int value = see(board_, board_.side, move);
+    if (value < 0) continue;
+    const int approach =
+        2 * kingDistance(king, move.from()) - kingDistance(king, move.to()) + value;
+    keys[end_ - current_] = approach * board_.at(move.from()).value() + (move.isXray() ? 10 : 0);
+    *end_++ = move;
+  }
+  sortByKey({current_, end_}, keys);
+  return current_ != end_;
+}
+
+}  // namespace ombrin

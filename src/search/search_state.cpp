@@ -1,0 +1,41 @@
+#include "search/search_state.h"
+
+namespace ombrin {
+
+SearchState::SearchState(Tt& table, const Bitbases& outside, SearchClock& timer)
+    : tt(table), bitbases(outside), clock(timer) {
+  for (int i = 0; i < MAX_THREADS; ++i) threads[i] = std::make_unique<SearchThread>(*this, i);
+}
+
+// A thread that clears its own stop flag after an abort does so first and looks at `stopped`
+// afterwards; here `stopped` is set before the flags. With all four accesses in one total order,
+// either the flag stays set or the thread finds `stopped` and sets it again.
+void SearchState::requestStop() {
+  stopped.store(true, std::memory_order_seq_cst);
+  for (const auto& thread : threads) thread->stop.store(true, std::memory_order_seq_cst);
+}
+
+void SearchState::clearStop() {
+  stopped.store(false, std::memory_order_relaxed);
+  mainThread().stop.store(false, std::memory_order_relaxed);
+}
+
+void SearchState::forgetProgress() {
+  iteration.store(0, std::memory_order_relaxed);
+  rootMoveCount.store(0, std::memory_order_relaxed);
+}
+
+bool SearchState::isSpent(const SearchThread& thread) {
+  const bool nodesSpent = clock.nodeLimit != 0 && thread.counters.nodes() >= clock.nodeLimit;
+  if (!nodesSpent && !clock.isTimeUp()) return false;
+  requestStop();
+  return true;
+}
+
+std::uint64_t SearchState::nodes() const {
+  std::uint64_t sum = 0;
+  for (const auto& thread : threads) sum += thread->counters.nodes();
+  return sum;
+}
+
+}  // namespace ombrin
