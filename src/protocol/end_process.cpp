@@ -1,0 +1,27 @@
+#include "protocol/end_process.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+#include "platform/thread.h"
+#include "util/log.h"
+
+namespace ombrin {
+
+void endProcess() {
+  // A search thread that is stuck in a write holds the lock of that stream, and flushing waits for
+  // it: so the patience is limited.
+  static constexpr std::chrono::milliseconds PATIENCE(300);
+  Thread impatient = Thread::createSuspended([] {
+    std::this_thread::sleep_for(PATIENCE);
+    std::_Exit(EXIT_SUCCESS);
+  });
+  if (impatient.running()) impatient.resume();
+  std::fflush(stdout);
+  flushLog();
+  std::_Exit(EXIT_SUCCESS);
+}
+
+}  // namespace ombrin

@@ -1,0 +1,75 @@
+#include "protocol/engine_control.h"
+
+#include "board/fen.h"
+#include "board/make_move.h"
+
+namespace ombrin {
+
+namespace {
+
+// Lets go of a mutex that the caller holds, for as long as the object lives.
+class Unlocked {
+ public:
+  explicit Unlocked(std::mutex& mutex) : mutex_(mutex) { mutex_.unlock(); }
+  Unlocked(const Unlocked&) = delete;
+  Unlocked& operator=(const Unlocked&) = delete;
+  ~Unlocked() { mutex_.lock(); }
+
+ private:
+  std::mutex& mutex_;
+};
+
+}  // namespace
+
+bool EngineControl::setPosition(std::string_view fen) {
+  positionRefused_ = !setFen(draft_, fen);
+  if (positionRefused_) return false;
+  board_.copyFrom(draft_);
+  ++settlements_;
+  return true;
+}
+
+Move EngineControl::makeGameMove(Move move) {
+  board_.makeRoom();
+  const Move made = makeMove(board_, move);
+  if (!made.isNull()) board_.rootMove = made;
+  return made;
+}
+
+void EngineControl::settleGame() {
+  board_.compactPieces();
+  ++settlements_;
+}
+
+void EngineControl::stopSearch() {
+  const Unlocked unlocked(mutex_);
+  controller_.stopAndWait();
+}
+
+void EngineControl::listen(SearchObserver& observer) {
+  if (listener_ == &observer) return;
+  stopSearch();
+  controller_.setListener(&observer);
+  listener_ = &observer;
+}
+
+void EngineControl::startSearch(SearchObserver& observer) {
+  listen(observer);
+  controller_.start(board_, true);
+}
+
+void EngineControl::searchAside() {
+  controller_.start(board_, true);
+}
+
+void EngineControl::searchHere() {
+  const Unlocked unlocked(mutex_);
+  controller_.start(board_, false);
+}
+
+void EngineControl::ponderhit() {
+  const Unlocked unlocked(mutex_);
+  controller_.ponderhit();
+}
+
+}  // namespace ombrin
