@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "book/book_picker.h"
+#include "protocol/book_exit.h"
+#include "protocol/engine_control.h"
+#include "protocol/engine_status.h"
+#include "protocol/log_redirection.h"
+#include "protocol/output_stream.h"
+#include "protocol/report_throttle.h"
+#include "search/search_observer.h"
+#include "util/ref_string.h"
+#include "util/tokenizer.h"
+
+namespace ombrin {
+
+// Speaks the Universal Chess Interface: sets up positions, turns "go" into limits of the search
+// clock, answers from the opening book, and reports a search's progress and result.
+//
+// Commands arrive on the command thread, with the game lock held; the observer's operations come on
+// the search thread and touch neither the board nor the game lock. The status decides which of the
+// two prints the best move: `finished` does, unless it finds PONDERING; then the answer is held
+// back, because the protocol forbids one while pondering, and "ponderhit" or "stop" gives it.
+class UciFrontEnd final : public SearchObserver {
+ public:
+  struct Settings {
+    std::string logDirectory;
+    bool trace = false;
+    int timeGap = 3000;  // milliseconds of the remaining time to keep in reserve
+  };
+
+  UciFrontEnd(EngineControl& control, BookPicker& picker, OutputStream& output)
+      : control_(control), picker_(picker), output_(output) {}
+
+  void configure(Settings settings) { settings_ = std::move(settings); }
+  // Has the protocol been entered?
+  bool isActive() const { return active_; }
+
+  // Takes a line that the protocol knows, entered or not. An empty command is taken, without
+  // effect, while the protocol is active.
+  bool handleLine(const RefString& command, const RefString& arguments);
+
+  void finished(int depth, Score score, Move bestMove) override;
+  void reportIteration(int depth, Score score, Move bestMove) override;
+  void reportCurrentMove(int depth, int moveNumber, Move move) override;
+
+ private:
+  struct Command {
+    std::string_view word;
+    void (UciFrontEnd::*handle)();
+  };
+  struct Option {
+    std::string_view name;
+    void (UciFrontEnd::*set)();
+  };
+  // What a "go" asks for; a negative time is none.
+  struct Limits {
+    std::int64_t time[2] = {-1, -1};
+    std::int64_t increment[2] = {0, 0};
+    std::int64_t movesToGo = 0;
+    std::int64_t depth = 0;
+    std::int64_t nodes = 0;
+    std::int64_t moveTime = -1;
+    bool infinite = false;
+    bool ponder = false;
+  };
+
+  void enter();
+  void position();
+  void go();
+  void isReady();
+  void setOption();
+  void newGame();
+  void ponderhit();
+  void stop();
+  void quit();
+
+  void setOpponent();
+  void setHash();
+  void clearHash();
+  void setPonder();
+  void setOwnBook();
+  void setThreads();
+
+  void redirectLog();
+  void redirectErrors();
+  void announce();
+  void stopForPosition(UciStatus status);
+  // Sets up the board from the tokens and returns the token that follows.
+  RefString setUp(RefString token);
+  void playMoves();
+  bool answerWithoutSearch();
+  void leaveBook();
+  Limits readLimits();
+  void setClock(const Limits& limits);
+  // The next token's number; nothing when the token is not one.
+  std::optional<std::int64_t> numberToken();
+  // The value of an option, after the word before it; nothing when it is not a number.
+  std::optional<int> numberValue(int absent);
+  bool switchValue();
+
+  // Prints what the last search came to.
+  void reportResult(bool withPonderMove);
+  void sendInfo(int depth, Score score);
+  void sendBestMove(Move bestMove, Move ponderMove);
+  void send(std::string_view line);
+  // A step worth noting, to the log and, when traces are on, to the GUI. A null text shows as "?".
+  void trace(const char* text);
+  void logLine(const char* text, const char* suffix = "");
+
+  static const Command COMMANDS[];
+  static const Option OPTIONS[];
+
+  EngineControl& control_;
+  BookPicker& picker_;
+  OutputStream& output_;
+  std::mutex outputLock_;  // guards output_, a line at a time
+  EngineStatus<UciStatus> status_;
+  Settings settings_;
+  bool active_ = false;
+  bool useBook_ = true;
+  BookExit bookExit_;
+  Tokenizer tokens_;
+  LogRedirection logs_;
+  ReportThrottle throttle_;  // search thread; reset before it starts
+
+  // The opponent, as the GUI reports it.
+  RefString opponentName_;
+  RefString opponentTitle_;
+  RefString opponentKind_;
+  int opponentElo_ = 0;
+};
+
+}  // namespace ombrin
