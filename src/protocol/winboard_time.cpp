@@ -1,0 +1,96 @@
+// The part of the WinBoard front-end that deals with time and other limits.
+#include <algorithm>
+
+#include "protocol/numbers.h"
+#include "protocol/winboard_front_end.h"
+
+namespace ombrin {
+
+namespace {
+
+// "5" is five minutes, "0:30" thirty seconds; in milliseconds.
+std::optional<int> readBaseTime(std::string_view text) {
+  const std::optional<std::int64_t> minutes = takeNumber(text);
+  if (!minutes) return std::nullopt;
+  std::int64_t seconds = 0;
+  if (text.starts_with(':')) {
+    text.remove_prefix(1);
+    seconds = takeNumber(text).value_or(0);
+  }
+  // Clamped first, so that the products stay within 64 bits.
+  return clampToInt((std::int64_t{clampToInt(*minutes)} * 60 + clampToInt(seconds)) * 1000);
+}
+
+int scaled(int value, int factor) {
+  return clampToInt(std::int64_t{value} * factor);
+}
+
+}  // namespace
+
+void WinboardFrontEnd::level() {
+  constexpr int DEFAULT_MOVES = 40;
+  const std::optional<int> moves = numberArgument(DEFAULT_MOVES);
+  const RefString base = tokens_.nextToken();
+  const std::optional<int> baseTime = base.empty() ? 0 : readBaseTime(base.view());
+  const std::optional<int> increment = numberArgument(0);
+  if (!moves || !baseTime || !increment) return;
+  movesPerControl_ = *moves;
+  basePly_ = control_.board().gamePly();
+  millis_ = *baseTime;
+  incrementMs_ = scaled(*increment, 1000);
+  fixedMoveTime_.reset();
+}
+
+void WinboardFrontEnd::time() {
+  const std::optional<int> centiseconds = numberArgument(0);
+  if (!centiseconds) return;
+  millis_ = scaled(*centiseconds, 10);
+  if (millis_ == 0) note("time(): warning no millis left!\n");
+}
+
+void WinboardFrontEnd::moveTime() {
+  constexpr int DEFAULT_SECONDS = 5;
+  const std::optional<int> seconds = numberArgument(DEFAULT_SECONDS);
+  if (!seconds) return;
+  fixedMoveTime_ = scaled(std::max(*seconds, 0), 1000);
+  note("settime(): nseconds=%i\n", *seconds);
+}
+
+void WinboardFrontEnd::depthLimit() {
+  const std::optional<int> depth = numberArgument(0);
+  if (!depth) return;
+  depthLimit_ = *depth;
+  note("maxdepth=%i\n", depthLimit_);
+}
+
+void WinboardFrontEnd::updateTime() {
+  note("updatetime(): nmoves=%i, millis=%u, incms=%i\n", movesPerControl_,
+       static_cast<unsigned>(millis_), incrementMs_);
+  SearchClock& clock = control_.clock();
+  clock.reset();
+  clock.canPonder = ponder_;
+  clock.nodeLimit = 0;
+  clock.depth = depthLimit_;
+  control_.search().maxDepth = depthLimit_;
+
+  // A game that was taken back to before the "level" has made no moves since.
+  const std::uint32_t ply = control_.board().gamePly();
+  const int movesMade = static_cast<int>((ply - std::min(basePly_, ply)) / 2);
+  const int movesToGo = movesPerControl_ != 0 ? movesPerControl_ - movesMade % movesPerControl_ : 0;
+  note("remaining moves until time control=%i (nmoved=%i)\n", movesToGo, movesMade);
+
+  const std::optional<int> movesOutOfBook = bookExit_.movesOutOfBook(control_.board());
+  if (movesOutOfBook) note(OUT_OF_BOOK, *movesOutOfBook);
+  clock.movesOutOfBook = movesOutOfBook.value_or(0);
+
+  clock.timeGap = settings_.timeGap;
+  if (fixedMoveTime_) {
+    clock.setMoveTime(*fixedMoveTime_);
+  } else {
+    clock.setTimeControl(movesToGo, millis_, incrementMs_);
+  }
+  note("Nominal search time is %3.2f seconds, infinite=%i, timegap=%ims\n",
+       clock.nominal() / 1000.0, clock.isInfinite() ? 1 : 0, clock.timeGap);
+}
+
+}  // namespace ombrin
