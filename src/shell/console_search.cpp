@@ -1,0 +1,135 @@
+// The console's commands that count, search, and limit a search.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+
+#include "board/move_generation.h"
+#include "board/notation.h"
+#include "board/perft.h"
+#include "platform/tick.h"
+#include "protocol/numbers.h"
+#include "shell/console.h"
+#include "util/print.h"
+
+namespace ombrin {
+
+namespace {
+
+void reportIllegal(const RefString& arguments) {
+  print(stdout, "illegal arg: %s\n", arguments.c_str());
+}
+
+// The number that the text begins with; `absent` for an empty text.
+std::optional<int> readDepth(const RefString& arguments, int absent) {
+  if (arguments.empty()) return absent;
+  std::string_view text = arguments.view();
+  const std::optional<std::int64_t> depth = takeNumber(text);
+  if (!depth) return std::nullopt;
+  return clampToInt(*depth);
+}
+
+// A count that must not be negative; 0 when it is missing.
+std::optional<int> takeCount(std::string_view& text, int unit) {
+  const std::int64_t count = takeNumber(text).value_or(0);
+  if (count < 0) return std::nullopt;
+  return clampToInt(std::int64_t{clampToInt(count)} * unit);
+}
+
+// A tree deeper than this has no room in the board's history.
+constexpr int MAX_TREE_DEPTH = Board::SEARCH_HEADROOM;
+
+}  // namespace
+
+void Console::divideTree(const RefString& arguments) {
+  const int depth = readDepth(arguments, 1).value_or(1);
+  if (depth > MAX_TREE_DEPTH) return reportIllegal(arguments);
+  Board& board = control_.board();
+  board.makeRoom();
+  divide(board, depth, board.lastMove());
+}
+
+void Console::countTree(const RefString& arguments) {
+  constexpr int DEFAULT_DEPTH = 2;
+  const std::optional<int> maxDepth = readDepth(arguments, DEFAULT_DEPTH);
+  if (!maxDepth || *maxDepth > MAX_TREE_DEPTH) return reportIllegal(arguments);
+  control_.board().makeRoom();
+  print(stdout, "perft %i\n", *maxDepth);
+  for (int depth = 1; depth <= *maxDepth; ++depth) {
+    const std::uint64_t start = tickCount();
+    const std::uint64_t count = perft(control_.board(), depth);
+    const std::uint64_t millis = tickCount() - start;
+    // What took less than a tick is counted as one.
+    const double perMilli =
+        static_cast<double>(count) / static_cast<double>(std::max<std::uint64_t>(millis, 1));
+    const double ticks = static_cast<double>(processorClock_) * 1000 * static_cast<double>(millis);
+    const auto perPosition =
+        static_cast<long long>(ticks / static_cast<double>(std::max<std::uint64_t>(count, 1)));
+    print(stdout, "%-20s  %10llu ops in %5.3f seconds  ops/ms=%7.0f,  ticks/op=%5lli\n", "",
+          static_cast<unsigned long long>(count), static_cast<double>(millis) / 1000, perMilli,
+          perPosition);
+  }
+}
+
+void Console::listMoves(const RefString& /*arguments*/) {
+  Board& board = control_.board();
+  std::array<Move, MAX_MOVES> moves;
+  const Move* const end = genLegal(board, moves.data(), board.lastMove());
+  print(stdout, "#moves = %i\n", static_cast<int>(end - moves.data()));
+  for (const Move* move = moves.data(); move != end; ++move) {
+    print(stdout, "%s ", moveToText(*move).c_str());
+    if (!isMove(board, *move)) print(stdout, "\n--!isMove()?!\n");
+  }
+  print(stdout, "\n");
+}
+
+void Console::search(const RefString& arguments) {
+  if (useBook_ && !(arguments == "nobook") && showBookMove()) return;
+  control_.stopSearch();
+  if (clearTable_ && !(arguments == "tt")) {
+    control_.search().tt().clear();
+  } else {
+    print(stdout, "tt not cleared\n");
+  }
+  // What a protocol may have asked of an earlier search.
+  control_.clock().setInfinite(false);
+  control_.clock().nodeLimit = 0;
+  control_.search().maxDepth = depthLimit_;
+  if (async_) {
+    control_.searchAside();
+  } else {
+    control_.searchHere();
+  }
+}
+
+void Console::limitDepth(const RefString& arguments) {
+  const std::optional<int> depth = readDepth(arguments, 0);
+  if (!depth) return reportIllegal(arguments);
+  depthLimit_ = std::max(*depth, 0);
+}
+
+void Console::limitTime(const RefString& arguments) {
+  constexpr int MILLIS = 1000;
+  std::string_view text = arguments.view();
+  std::string_view probe = text;
+  if (!arguments.empty() && !takeNumber(probe)) return reportIllegal(arguments);
+  const std::optional<int> time = takeCount(text, MILLIS);
+  const std::optional<int> moves = takeCount(text, 1);
+  const std::optional<int> increment = takeCount(text, MILLIS);
+  if (!time || !moves || !increment) return reportIllegal(arguments);
+  SearchClock& clock = control_.clock();
+  if (*time != 0 && *moves == 0) {
+    clock.setMoveTime(*time);
+  } else if (*time != 0) {
+    clock.timeGap = 0;
+    clock.movesOutOfBook = 0;
+    clock.setTimeControl(*moves, *time, *increment);
+  }
+  print(stdout, "millis=%u\n", clock.budget(SearchClock::NORMAL));
+  print(stdout, "  easy=%u\n", clock.budget(SearchClock::EASY));
+  print(stdout, "  next=%u\n", clock.budget(SearchClock::ITERATION));
+  print(stdout, "  hi  =%u\n", clock.budget(SearchClock::EXTENDED));
+  print(stdout, "  lo  =%u\n", clock.budget(SearchClock::PANIC));
+}
+
+}  // namespace ombrin

@@ -1,0 +1,106 @@
+#include "shell/engine.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+#include "board/fen.h"
+#include "platform/processors.h"
+#include "platform/tick.h"
+#include "protocol/numbers.h"
+#include "util/print.h"
+#include "util/text_file.h"
+
+namespace ombrin {
+
+Engine::~Engine() {
+  // The front-ends go before the search does, so it must not call them any more.
+  const auto lock = control_.lockGame();
+  control_.stopSearch();
+  search_.setListener(nullptr);
+}
+
+void Engine::start(const std::string& iniFile) {
+  print(stdout, "inifile=%s\n", iniFile.c_str());
+  if (!settings_.load(iniFile)) print(stdout, "could not load inifile: %s\n", iniFile.c_str());
+  console_.setIniFile(iniFile);
+  applySettings();
+  startThreads();
+  const auto lock = control_.lockGame();
+  control_.setPosition(START_FEN);
+  console_.showBoard();
+}
+
+int Engine::setting(std::string_view key, int absent) const {
+  const RefString value = settings_.get(key);
+  return value.empty() ? absent : toInt(value.view());
+}
+
+void Engine::applySettings() {
+  constexpr int DEFAULT_GAP_SECONDS = 3;
+  const auto millis = [](int seconds) { return clampToInt(std::int64_t{seconds} * 1000); };
+
+  console_.loadBook(settings_.get("book.file"));
+
+  uci_.configure({.logDirectory = std::string(settings_.get("uci.logdir").view()),
+                  .trace = setting("uci.trace", 0) > 0,
+                  .timeGap = millis(setting("uci.timegap", DEFAULT_GAP_SECONDS))});
+  winboard_.configure({.logDirectory = std::string(settings_.get("winboard.logdir").view()),
+                       .timeGap = millis(setting("winboard.timegap", DEFAULT_GAP_SECONDS))});
+
+  if (const RefString directory = settings_.get("egbb.dir"); !directory.empty()) {
+    bitbases_.open(directory.view());
+    bitbases_.load(setting("egbb.cachemb", Bitbases::DEFAULT_CACHE_MB));
+  }
+  if (!settings_.get("tt.cachemb").empty()) {
+    const int megabytes = std::max(setting("tt.cachemb", 0), 0);
+    tt_.resize(static_cast<std::size_t>(megabytes) * 1024);
+  }
+  console_.setProcessorClock(setting("machine.mhz", 0));
+}
+
+void Engine::startThreads() {
+  const int processors = std::max(processorCount(), 1);
+  int threads = setting("search.nthreads", 0);
+  if (threads > processors) {
+    print(stdout, "!--only %i cpu's present, using %i searchthreads\n", processors, processors);
+    threads = processors;
+  }
+  if (threads == 0) threads = processors;
+  if (threads > 1) print(stdout, "--using parallel search with %i threads\n", threads);
+  search_.setThreads(threads);
+  std::srand(static_cast<unsigned>(tickCount()));
+  search_.boot();
+}
+
+void Engine::run() {
+  TextFile input(stdin);
+  while (!console_.isLeaving()) {
+    if (!uci_.isActive() && !winboard_.isActive()) print(stdout, "%% ");
+    const auto line = input.readLine();
+    if (!line) return;
+    handleLine(*line);
+  }
+}
+
+void Engine::handleLine(std::string_view line) {
+  line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+  words_.setText(line);
+  const RefString command = words_.nextToken();
+  const RefString& arguments = words_.rest();
+
+  // Leaving needs nothing of the game, and must not wait for a search thread that holds its lock
+  // because nobody reads what it prints.
+  std::unique_lock<std::mutex> lock;
+  if (!(command == "quit")) lock = control_.lockGame();
+
+  // Which front-ends may answer is decided before one of them is entered.
+  const bool uciMay = !winboard_.isActive();
+  const bool winboardMay = !uci_.isActive();
+  if (uciMay && uci_.handleLine(command, arguments)) return;
+  if (winboardMay && winboard_.handleLine(command, arguments)) return;
+  console_.handleLine(command, arguments);
+}
+
+}  // namespace ombrin
