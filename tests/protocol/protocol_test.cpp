@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/notation.h"
+#include "protocol/book_exit.h"
+#include "protocol/log_file_namer.h"
+#include "protocol/numbers.h"
+#include "protocol/report_throttle.h"
+#include "protocol/uci_lines.h"
+#include "protocol/winboard_lines.h"
+#include "support/random_positions.h"
+#include "temporary_directory.h"
+
+namespace ombrin {
+namespace {
+
+constexpr Move E4{Square(0x14), Square(0x34)};
+constexpr Move D4{Square(0x13), Square(0x33)};
+
+TEST(UciLines, PrintScores) {
+  const struct {
+    int score;
+    const char* text;
+  } cases[] = {
+      {0, " score cp 0 "},           {-35, " score cp -35 "},     {29000, " score cp 29000 "},
+      {-29000, " score cp -29000 "}, {29999, " score mate 1 "},   {29995, " score mate 3 "},
+      {29994, " score mate 3 "},     {-29996, " score mate -2 "}, {-29998, " score mate -1 "},
+      {-30000, " score mate -0 "},
+  };
+  for (const auto& [score, text] : cases) {
+    const std::string line = uciInfoLine(1, 1, score, {}, {});
+    EXPECT_NE(line.find(text), std::string::npos) << line;
+  }
+}
+
+TEST(UciLines, AreWhole) {
+  const Move line[] = {E4, Move(Square(0x64), Square(0x74), EMPTY, Move::promotionTo(QUEEN))};
+  EXPECT_EQ(uciInfoLine(12, 20, 31, {99, 500}, line),
+            "info depth 12 seldepth 20 score cp 31 time 99 nodes 500 pv e2e4 e7e8Q \n");
+  EXPECT_EQ(uciInfoLine(1, 2, 3, {100, 10'000'000'000}, {}),
+            "info depth 1 seldepth 2 score cp 3 time 100 nodes 10000000000 nps 100000000000 pv \n");
+  EXPECT_EQ(uciCurrentMoveLine(E4, 0, {99, 7}, 0),
+            "info currmove e2e4 currmovenumber 1 time 99 nodes 7 hashfull 0\n");
+  EXPECT_EQ(uciCurrentMoveLine(D4, 19, {2000, 7000}, 1000),
+            "info currmove d2d4 currmovenumber 20 time 2000 nodes 7000 nps 3500 hashfull 1000\n");
+  EXPECT_EQ(uciBestMoveLine(E4, D4), "bestmove e2e4 ponder d2d4\n");
+  EXPECT_EQ(uciBestMoveLine(E4, NULL_MOVE), "bestmove e2e4\n");
+  EXPECT_EQ(uciBestMoveLine(NULL_MOVE, NULL_MOVE), "bestmove 0000\n");
+}
+
+TEST(WinboardLines, StartWithThePonderMoveAndEndInTime) {
+  const Move line[] = {E4, D4};
+  EXPECT_EQ(winboardThinkingLine(5, -20, 1239, 42, NULL_MOVE, line), "5 -20 123 42 e2e4 d2d4");
+  EXPECT_EQ(winboardThinkingLine(5, -20, 1239, 42, D4, line), "5 -20 123 42 d2d4 e2e4 d2d4");
+  // A move is five characters with its blank: the first that passes 2032 characters is the last.
+  const std::vector<Move> longLine(1000, E4);
+  const std::string text = winboardThinkingLine(9, 0, 0, 0, NULL_MOVE, longLine);
+  EXPECT_EQ(text.size(), 7 + 5 * 406U);
+}
+
+TEST(Throttle, HoldsBackWhatIsStable) {
+  const struct {
+    int depth;
+    int score;
+    Move move;
+    std::uint64_t elapsed;
+    bool admitted;
+  } reports[] = {
+      {1, 10, E4, 0, true},     // new
+      {9, 10, E4, 50, true},    // the same, 8 plies deeper
+      {10, 10, E4, 50, false},  // 9 plies deeper and early
+      {10, 10, E4, 100, true},  // late enough
+      {11, 11, E4, 60, true},   // another score
+      {12, 11, D4, 60, true},   // another move
+      {20, 11, D4, 60, true},  {21, 11, D4, 60, false},
+  };
+  ReportThrottle throttle;
+  EXPECT_TRUE(throttle.admitCurrentMove(0, 0));  // sets the next report's time to 100
+  for (const auto& report : reports) {
+    EXPECT_EQ(throttle.admitIteration(report.depth, report.score, report.move, report.elapsed),
+              report.admitted)
+        << report.depth;
+  }
+  // The line is stable now, so that even the first move has to wait.
+  EXPECT_FALSE(throttle.admitCurrentMove(0, 99));
+  throttle.reset();
+  EXPECT_TRUE(throttle.admitCurrentMove(0, 0));
+  EXPECT_TRUE(throttle.admitCurrentMove(0, 1));
+  EXPECT_FALSE(throttle.admitCurrentMove(1, 100));
+  EXPECT_TRUE(throttle.admitCurrentMove(1, 101));
+}
+
+TEST(Numbers, AreTakenFromTheFront) {
+  using Limits = std::numeric_limits<std::int64_t>;
+  const struct {
+    const char* text;
+    std::optional<std::int64_t> number;
+    const char* rest;
+  } cases[] = {
+      {"12", 12, ""},
+      {" \t-7 8", -7, " 8"},
+      {"+08:30", 8, ":30"},
+      {"0x10", 0, "x10"},
+      {"99999999999999999999 1", Limits::max(), " 1"},
+      {"-99999999999999999999", Limits::min(), ""},
+      {"", std::nullopt, ""},
+      {" x", std::nullopt, " x"},
+      {"-", std::nullopt, "-"},
+      {"+-5", std::nullopt, "+-5"},
+  };
+  for (const auto& [text, number, rest] : cases) {
+    std::string_view view = text;
+    EXPECT_EQ(takeNumber(view), number) << text;
+    EXPECT_EQ(view, rest);
+  }
+  EXPECT_EQ(clampToInt(Limits::max()), std::numeric_limits<int>::max());
+}
+
+TEST(BookExit, CountsOnesOwnMoves) {
+  Board board;
+  ASSERT_TRUE(setFen(board, START_FEN));
+  BookExit bookExit;
+  EXPECT_EQ(bookExit.movesOutOfBook(board), std::nullopt);
+  for (const char* move : {"e4", "e5"}) makeMove(board, parseMove(board, move));
+  bookExit.record(board);
+  EXPECT_EQ(bookExit.firstOutOfBookPly(), 3U);
+  EXPECT_EQ(bookExit.outOfBookHash(), board.hash);
+  const int expected[] = {1, 1, 2, 2, 3};
+  for (const int count : expected) {
+    EXPECT_EQ(bookExit.movesOutOfBook(board), count);
+    std::array<Move, MAX_MOVES> moves;
+    legalMoves(board, moves.data());
+    makeMove(board, moves[0]);
+  }
+  ASSERT_TRUE(setFen(board, START_FEN));
+  EXPECT_EQ(bookExit.movesOutOfBook(board), std::nullopt);
+}
+
+TEST(LogFileNamer, TakesTheFirstFreeNumber) {
+  const TemporaryDirectory directory;
+  const std::string logs = (directory.path() / "a/b").string();
+  const LogFileNamer namer(logs);
+  ASSERT_TRUE(namer.prepareDirectory());
+  for (int number = 0; number < 12; ++number) {
+    const std::string expected =
+        logs + (number < 10 ? "/ombrin-000" : "/ombrin-00") + std::to_string(number) + ".log";
+    EXPECT_EQ(namer.nextFreeName(), expected);
+    std::ofstream(expected) << "taken";
+  }
+  EXPECT_FALSE(LogFileNamer(logs + "/ombrin-0000.log/c").prepareDirectory());
+}
+
+}  // namespace
+}  // namespace ombrin
