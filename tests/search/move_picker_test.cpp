@@ -1,0 +1,239 @@
+#include "search/move_picker.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "board/attacks.h"
+#include "board/exchange.h"
+#include "board/move_generation.h"
+#include "search/search_fixture.h"
+#include "search/search_state.h"
+
+namespace ombrin {
+namespace {
+
+class MovePickerTest : public testing::Test, Silence {
+ protected:
+  static constexpr int PLY = 5;
+
+  std::vector<Move> rest(MovePicker& picker) {
+    std::vector<Move> moves;
+    while (const Move move = picker.next()) moves.push_back(move);
+    return moves;
+  }
+  // Of pseudo-legal moves, those that can be played, sorted.
+  std::vector<std::uint32_t> playable(const std::vector<Move>& moves) {
+    std::vector<std::uint32_t> words;
+    const SavedState saved = board.save();
+    for (const Move move : moves) {
+      if (uncovers(board, board.kingSquare(board.side), move.from(), move.to())) continue;
+      const Move made = makeMove(board, move);
+      if (!made) continue;
+      unmakeMove(board, made, saved);
+      words.push_back(move.identity().word());
+    }
+    std::sort(words.begin(), words.end());
+    return words;
+  }
+  std::vector<Move> legal(Move lastMove) {
+    std::vector<Move> moves(MAX_MOVES);
+    moves.resize(genLegal(board, moves.data(), lastMove) - moves.data());
+    return moves;
+  }
+  std::vector<std::string> texts(const std::vector<Move>& moves) {
+    std::vector<std::string> result;
+    for (const Move move : moves) result.push_back(moveToText(move));
+    return result;
+  }
+  void setUp(const std::string& fen) { ASSERT_TRUE(setFen(board, fen)); }
+  Move read(const std::string& text) { return parseMove(board, text).identity(); }
+
+  Tt tt{256};
+  Bitbases bitbases;
+  SearchClock clock;
+  SearchState state{tt, bitbases, clock};
+  SearchThread& thread = state.mainThread();
+  Board& board = thread.board;
+};
+
+// Whatever the killers, the hash move and the threat are, every legal move comes exactly once.
+TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
+  std::mt19937 random(7);
+  for (int game = 0; game < 60; ++game) {
+    setUp(std::string(START_FEN));
+    Move lastMove;
+    for (int ply = 0; ply < 120; ++ply) {
+      const std::vector<Move> moves = legal(lastMove);
+      const std::vector<std::uint32_t> expected = playable(moves);
+      if (expected.empty()) break;
+      const auto any = [&] { return moves[random() % moves.size()].identity(); };
+
+      MovePicker picker(thread, PLY);
+      std::vector<Move> handed;
+      if (lastMove.isCheck()) {
+        EXPECT_EQ(picker.startEvasions(lastMove), static_cast<int>(moves.size()));
+        picker.orderEvasions(any());
+        handed = rest(picker);
+      } else {
+        const Move hashMove = random() % 2 == 0 ? any() : NULL_MOVE;
+        for (Killers& killers : thread.killers) {
+          killers.first = any();
+          do killers.second = any();
+          while (moves.size() > 1 && killers.second == killers.first);
+          if (!killers.first.isQuiet()) killers.first = NULL_MOVE;
+          if (!killers.second.isQuiet()) killers.second = NULL_MOVE;
+        }
+        // A move of the opponent's, of the kind that a null move brings to light.
+        const SavedState saved = board.save();
+        makeNullMove(board);
+        const std::vector<Move> threats = legal(NULL_MOVE);
+        unmakeNullMove(board, saved);
+        const Move threat =
+            threats.empty() ? NULL_MOVE : threats[random() % threats.size()].identity();
+        picker.startMain(hashMove, threat);
+        handed = rest(picker);
+        if (hashMove) handed.push_back(hashMove);
+      }
+      ASSERT_EQ(playable(handed), expected) << writeFen(board);
+
+      board.makeRoom();
+      Move next;
+      while (!next) next = makeMove(board, moves[random() % moves.size()]);
+      lastMove = next;
+    }
+  }
+}
+
+TEST_F(MovePickerTest, OrdersTheMainStages) {
+  // Winning captures, killers, quiet moves, losing captures, king moves.
+  setUp("4k3/3p4/2n1q3/8/3P1N2/8/P7/R5K1 w - -");
+  thread.killers[PLY] = {read("a2a4"), read("f4h5")};
+  MovePicker picker(thread, PLY);
+  picker.startMain(NULL_MOVE, NULL_MOVE);
+  std::vector<std::string> order;
+  std::vector<int> stages;
+  while (const Move move = picker.next()) {
+    order.push_back(moveToText(move));
+    stages.push_back(picker.stage());
+  }
+  EXPECT_TRUE(std::is_sorted(stages.begin(), stages.end()));
+  ASSERT_GT(order.size(), 4U);
+  EXPECT_EQ(order[0], "f4xe6");
+  EXPECT_EQ(order[1], "a2a4");
+  EXPECT_EQ(order[2], "f4h5");
+  EXPECT_EQ(stages.back(), MovePicker::KING_MOVES);
+}
+
+TEST_F(MovePickerTest, SetsLosingCapturesBackUnlessTheyTakeTheThreat) {
+  setUp("4k3/3p4/2n5/8/8/2Q5/8/4K3 w - -");
+  const Move losing = read("c3c6");
+  const auto stageOf = [&](Move threat) {
+    MovePicker picker(thread, PLY);
+    picker.startMain(NULL_MOVE, threat);
+    while (const Move move = picker.next()) {
+      if (move.isSameAs(losing)) return picker.stage();
+    }
+    return MovePicker::DONE;
+  };
+  EXPECT_EQ(stageOf(NULL_MOVE), MovePicker::LOSING_CAPTURES);
+  EXPECT_EQ(stageOf(Move(losing.to(), E1)), MovePicker::CAPTURES);
+}
+
+TEST_F(MovePickerTest, AnswersTheThreatFirstAndChecksLast) {
+  // The bishop on g5 threatens the rook on d2: it moves away, or something comes between.
+  setUp("k7/8/8/6b1/8/7P/3R4/K5N1 w - -");
+  MovePicker picker(thread, PLY);
+  picker.startMain(NULL_MOVE, Move(Square::at(6, 4), Square::at(3, 1)));
+  std::vector<Move> quiet;
+  while (const Move move = picker.next()) {
+    if (picker.stage() == MovePicker::QUIET) quiet.push_back(move);
+  }
+  const auto answers = [&](Move move) {
+    const bool away = move.from() == Square::at(3, 1);
+    const bool between = move.to() == Square::at(5, 3) || move.to() == Square::at(4, 2);
+    return (away || between) && see(board, WHITE, move) >= 0;
+  };
+  EXPECT_TRUE(std::is_partitioned(quiet.begin(), quiet.end(), answers));
+  EXPECT_TRUE(answers(quiet.front()));
+  EXPECT_FALSE(answers(quiet.back()));
+
+  setUp("k7/8/8/8/8/3R4/8/K7 w - -");
+  MovePicker checks(thread, PLY);
+  checks.startMain(NULL_MOVE, NULL_MOVE);
+  std::vector<std::string> order;
+  while (const Move move = checks.next()) {
+    if (checks.stage() == MovePicker::QUIET) order.push_back(moveToText(move));
+  }
+  ASSERT_EQ(order.size(), 14U);
+  std::sort(order.end() - 2, order.end());
+  EXPECT_EQ(order[12], "d3a3");
+  EXPECT_EQ(order[13], "d3d8");
+}
+
+TEST_F(MovePickerTest, OrdersEvasions) {
+  // In check by the knight: the hash move first, then captures by what they win.
+  setUp("4k3/8/8/8/8/3n4/2P5/4K3 w - -");
+  const Move check(Square::at(4, 4), Square::at(3, 2));
+  const Move lastMove = check.with(Move::CHECK);
+  const auto first = [&](Move hashMove) {
+    MovePicker picker(thread, PLY);
+    picker.startEvasions(lastMove);
+    picker.orderEvasions(hashMove);
+    return moveToText(picker.next());
+  };
+  EXPECT_EQ(first(NULL_MOVE), "c2xd3");
+  EXPECT_EQ(first(Move(E1, E1 + UP)), "e1e2");
+
+  MovePicker captures(thread, PLY);
+  ASSERT_GT(captures.startEvasions(lastMove), 1);
+  EXPECT_EQ(captures.dropQuietEvasions(), 1);
+  captures.orderEvasions(NULL_MOVE);
+  EXPECT_EQ(texts(rest(captures)), std::vector<std::string>{"c2xd3"});
+}
+
+TEST_F(MovePickerTest, LeavesOutHopelessCapturesInQuiescence) {
+  // A pawn and a knight to take for nothing, and a pawn that costs the queen.
+  setUp("6k1/5p2/8/p2n3p/8/1B6/8/R2Q3K w - -");
+  const auto captures = [&](int threshold, bool checks, Move hashMove, int expectedPruned) {
+    MovePicker picker(thread, PLY);
+    EXPECT_EQ(picker.startQuiescence(threshold, checks, hashMove), expectedPruned);
+    std::vector<std::string> moves = texts(rest(picker));
+    return moves;
+  };
+  using Texts = std::vector<std::string>;
+  const Texts all = captures(0, false, NULL_MOVE, 0);
+  ASSERT_EQ(all.size(), 4U);
+  EXPECT_EQ(Texts(all.begin() + 2, all.end()), (Texts{"a1xa5", "d1xh5"}));
+  EXPECT_EQ(captures(101, false, NULL_MOVE, 100).size(), 2U);
+  EXPECT_EQ(captures(301, false, NULL_MOVE, 300), Texts{});
+  EXPECT_EQ(captures(301, false, read("a1a5"), 300), Texts{"a1xa5"});
+  // With the knight gone the bishop's capture on f7 would be a check.
+  setUp("6k1/5p2/8/p6p/8/1B6/8/R6K w - -");
+  EXPECT_EQ(captures(101, true, NULL_MOVE, 100).size(), 0U);
+  setUp("7k/5p2/8/p6p/8/1B6/8/R6K w - -");
+  thread.lastCut[PLY] = read("a1a5");
+  EXPECT_EQ(captures(0, false, NULL_MOVE, 0).front(), "a1xa5");
+}
+
+TEST_F(MovePickerTest, FollowsCapturesByQuietChecks) {
+  setUp("6k1/8/8/8/8/4N3/4B3/4R2K w - -");
+  MovePicker silent(thread, PLY);
+  silent.startQuiescence(0, true, NULL_MOVE);
+  EXPECT_EQ(rest(silent), std::vector<Move>{});
+  MovePicker picker(thread, PLY);
+  picker.startQuiescence(0, true, NULL_MOVE);
+  picker.allowQuietChecks();
+  const std::vector<Move> moves = rest(picker);
+  ASSERT_FALSE(moves.empty());
+  EXPECT_EQ(picker.stage(), MovePicker::QUIET_CHECKS);
+  for (const Move move : moves) {
+    Move copy = move;
+    EXPECT_TRUE(givesCheck(board, copy, board.kingSquare(BLACK))) << moveToText(move);
+    EXPECT_GE(see(board, WHITE, move), 0) << moveToText(move);
+  }
+}
+
+}  // namespace
+}  // namespace ombrin

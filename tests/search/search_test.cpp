@@ -1,0 +1,263 @@
+// What searches find, and what they leave behind.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+#include "board/move_generation.h"
+#include "board/self_check.h"
+#include "search/root_search.h"
+#include "search/search_fixture.h"
+#include "search/search_state.h"
+#include "search/statistics.h"
+
+namespace ombrin {
+namespace {
+
+// Every move of the line can be played, one after the other.
+void expectLegal(const Board& root, std::span<const Move> line) {
+  Board board;
+  board.copyFrom(root);
+  Move lastMove = board.lastMove();
+  for (const Move move : line) {
+    ASSERT_TRUE(isMove(board, move, lastMove)) << moveToText(move) << " in " << writeFen(board);
+    lastMove = makeMove(board, move);
+    ASSERT_TRUE(lastMove) << moveToText(move);
+  }
+}
+
+struct MateCase {
+  const char* fen;
+  int moves;  // until the mate; below 0 when the side to move is mated
+};
+
+class Mates : public testing::TestWithParam<std::tuple<MateCase, int>> {};
+
+// Distances proven by exhaustive search.
+TEST_P(Mates, AreFoundWithTheirDistance) {
+  const auto& [mate, threads] = GetParam();
+  TestEngine engine(threads);
+  engine.play();
+  const auto board = boardOf(mate.fen);
+  const Score expected = mate.moves > 0 ? 30001 - 2 * mate.moves : -30000 - 2 * mate.moves;
+  EXPECT_EQ(engine.searchTo(20, *board), expected);
+  const auto line = engine.search.principalVariation();
+  ASSERT_FALSE(line.empty());
+  EXPECT_EQ(line[0], engine.search.bestMove());
+  expectLegal(*board, line);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OneToFive, Mates,
+    testing::Combine(
+        testing::Values(
+            MateCase{"6k1/5ppp/8/8/8/8/8/R5K1 w - -", 1},
+            MateCase{"r1bqkbnr/pppp1ppp/2n5/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq -", 1},
+            MateCase{"7k/P7/6K1/8/8/8/8/8 w - -", 1}, MateCase{"kbK5/pp6/1P6/8/8/8/8/R7 w - -", 2},
+            MateCase{"6k1/pp4p1/2p5/2bp4/8/P5Pb/1P3rrP/2BRRN1K b - -", 2},
+            MateCase{"4k3/8/8/8/8/8/R7/1R2K3 w - -", 2},
+            MateCase{"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - -", 3},
+            MateCase{"1r4k1/5Npp/8/8/2Q5/8/6PP/6K1 w - -", 3},
+            MateCase{"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq -", 3},
+            MateCase{"r3k2r/ppp2Npp/1b5n/4p2b/2B1P2q/BQP2P2/P5PP/RN5K w kq -", 3},
+            MateCase{"r2n1rk1/1ppb2pp/1p1p4/3Ppq1n/2B3P1/2P4P/PP1N1P1K/R2Q1RN1 b - -", 3},
+            MateCase{"7k/5K2/6P1/8/8/8/8/8 w - -", 3}, MateCase{"k7/8/1K6/3N4/8/3B4/8/8 w - -", 4},
+            MateCase{"6k1/8/8/8/4K3/8/8/1Q6 w - -", 4}, MateCase{"8/8/6k1/8/8/8/1R6/R5K1 w - -", 4},
+            MateCase{"8/8/5k2/8/8/8/1R6/R5K1 w - -", 5}, MateCase{"8/8/8/8/8/5k2/7q/5K2 w - -", -1},
+            MateCase{"k7/8/2K5/8/8/8/8/6R1 b - -", -2}, MateCase{"6k1/8/4K3/8/8/8/8/7Q b - -", -3}),
+        testing::Values(1)));
+
+TEST(SearchTest, EndsAtOnceWithoutALegalMove) {
+  struct End : SearchObserver {
+    void finished(int depth, Score score, Move bestMove) override {
+      ++calls;
+      last = {depth, score, bestMove};
+    }
+    void reportIteration(int, Score, Move) override { ++reports; }
+    void reportCurrentMove(int, int, Move) override { ++reports; }
+    int calls = 0;
+    int reports = 0;
+    std::tuple<int, Score, Move> last;
+  };
+  const struct {
+    const char* fen;
+    int score;
+  } cases[] = {{"7k/5Q2/6K1/8/8/8/8/8 b - -", 0}, {"7k/6Q1/6K1/8/8/8/8/8 b - -", -30000}};
+  for (const auto& [fen, score] : cases) {
+    TestEngine engine;
+    End end;
+    engine.search.setListener(&end);
+    engine.searchTo(5, *boardOf(fen));
+    EXPECT_EQ(end.calls, 1);
+    EXPECT_EQ(end.reports, 0);
+    EXPECT_EQ(end.last, std::tuple(0, Score(score), NULL_MOVE));
+  }
+}
+
+TEST(SearchTest, FindsTheDraw) {
+  const struct {
+    const char* what;
+    const char* fen;
+    int depth;
+  } cases[] = {
+      {"bishop against bishop", "8/8/3k4/8/8/2KB4/8/5b2 w - -", 4},
+      {"a pawn before which the king stands", "8/8/8/8/5k2/5p2/8/5K2 w - -", 20},
+      {"a rook's pawn against a king in the corner", "k7/8/1K6/P7/8/8/8/8 w - -", 8},
+  };
+  for (const auto& [what, fen, depth] : cases) {
+    TestEngine engine;
+    EXPECT_EQ(engine.searchTo(depth, *boardOf(fen)), 0) << what;
+  }
+}
+
+// With ninety-nine plies played, only a pawn move keeps the win.
+TEST(SearchTest, KnowsTheFiftyMoveRule) {
+  TestEngine engine;
+  const auto board = boardOf("7k/8/8/8/8/8/P7/KQ6 w - -");
+  for (int i = 0; i < 24; ++i) play(*board, {"b1b2", "h8h7", "b2b1", "h7h8"});
+  play(*board, {"b1b2", "h8h7", "b2b1"});
+  play(*board, {"h7g8"});
+  engine.searchTo(3, *board);
+  EXPECT_GT(engine.search.bestScore(), 500);
+  EXPECT_EQ(board->at(engine.search.bestMove().from()).type(), PAWN);
+}
+
+TEST(SearchTest, StopsEarlyWhenThereIsNothingToDecide) {
+  const struct {
+    const char* fen;
+    const char* reason;
+    int depth;
+  } cases[] = {{"k7/8/8/8/8/8/1r6/K7 w - -", "single move\n", 2},
+               {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - -", "(optimal)\n", 5}};
+  for (const auto& [fen, reason, depth] : cases) {
+    TestEngine engine;
+    engine.play();
+    LogCapture log;
+    engine.searchTo(30, *boardOf(fen));
+    EXPECT_LE(engine.search.depth(), depth) << fen;
+    EXPECT_TRUE(log.has(reason)) << fen;
+  }
+}
+
+TEST(SearchTest, IsDeterministic) {
+  TestEngine first;
+  TestEngine second;
+  for (const std::string& fen : MIDDLEGAMES) {
+    const auto board = boardOf(fen);
+    first.tt.clear();
+    second.tt.clear();
+    const Score score = first.searchTo(7, *board);
+    EXPECT_EQ(second.searchTo(7, *board), score);
+    EXPECT_EQ(first.search.nodes(), second.search.nodes()) << fen;
+    EXPECT_EQ(first.search.bestMove(), second.search.bestMove());
+    const std::uint64_t nodes = first.search.nodes();
+    first.tt.clear();
+    first.searchTo(7, *board);
+    EXPECT_EQ(first.search.nodes(), nodes) << "after clearing the table, " << fen;
+  }
+}
+
+TEST(SearchTest, LeavesItsBoardAsItWas) {
+  Silence silence;
+  Tt tt(1024);
+  Bitbases bitbases;
+  SearchClock clock;
+  clock.setInfinite(true);
+  SearchState state(tt, bitbases, clock);
+  SearchThread& thread = state.mainThread();
+  thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+  for (const std::string& fen : MIDDLEGAMES) {
+    ASSERT_TRUE(setFen(thread.board, fen));
+    const std::string before = writeFen(thread.board);
+    const auto squares = thread.board.squares;
+    const auto places = thread.board.pieceSquare;
+    state.maxDepth = 7;
+    state.clearStop();
+    iterate(state);
+    EXPECT_EQ(writeFen(thread.board), before);
+    EXPECT_EQ(thread.board.squares, squares) << fen;
+    EXPECT_EQ(thread.board.hash, thread.board.computeHash());
+    EXPECT_EQ(thread.board.phash, thread.board.computePawnHash());
+    EXPECT_EQ(thread.board.WhiteMaterial, thread.board.computeMaterial(WHITE));
+    EXPECT_EQ(thread.board.promotedCount, 0U);
+    // A slot that a promoted piece has used counts as free again wherever the list ended before.
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      EXPECT_EQ(thread.board.pieceSquare[i], places[i]) << fen << ", piece " << i;
+    }
+    checkBoard(thread.board, "after the search", NULL_MOVE);
+  }
+}
+
+TEST(SearchTest, ShowsALineThatCanBePlayed) {
+  TestEngine engine;
+  for (const std::string& fen : MIDDLEGAMES) {
+    const auto board = boardOf(fen);
+    engine.searchTo(9, *board);
+    const auto line = engine.search.principalVariation();
+    ASSERT_FALSE(line.empty());
+    EXPECT_EQ(line[0], engine.search.bestMove());
+    expectLegal(*board, line);
+    EXPECT_EQ(engine.search.ponderMove(), line.size() > 1 ? line[1] : NULL_MOVE);
+  }
+}
+
+// A long game leaves the search its room.
+TEST(SearchTest, SearchesAfterAThousandPlies) {
+  TestEngine engine;
+  const auto board = boardOf("6k1/8/8/3r4/8/8/4R3/6K1 w - -");
+  for (int i = 0; i < 250; ++i) play(*board, {"e2f2", "d5c5", "f2e2", "c5d5"});
+  EXPECT_EQ(board->gamePly(), 1000U);
+  EXPECT_EQ(engine.searchTo(6, *board), 0);
+  expectLegal(*board, engine.search.principalVariation());
+}
+
+TEST(StatisticsTest, ShortensCounts) {
+  const struct {
+    std::uint64_t count;
+    std::int64_t value;
+    char unit;
+  } cases[] = {{0, 0, ' '},
+               {99999, 99999, ' '},
+               {100000, 97, 'k'},
+               {102400000, 97, 'm'},
+               {102399999, 99999, 'k'},
+               {107374182400, 100, 'g'},
+               {1ULL << 60, 1048576, 't'}};
+  for (const auto& [count, value, unit] : cases) {
+    EXPECT_EQ(shortCount(count).value, value) << count;
+    EXPECT_EQ(shortCount(count).unit, unit) << count;
+  }
+}
+
+TEST(StatisticsTest, WritesProgressLines) {
+  Silence silence;
+  Tt tt(256);
+  Bitbases bitbases;
+  SearchClock clock;
+  SearchState state(tt, bitbases, clock);
+  const struct {
+    int depth, seldepth;
+    std::uint64_t milliseconds;
+    std::uint64_t nodes;
+    int score;
+    const char* suffix;
+    const char* expected;
+  } cases[] = {
+      {5, 9, 12, 345, 17, "ok", "  [5/9]     0.012     345       17  ok"},
+      {12, 30, 59999, 200000, -3, "", " [12/30]   59.999     195k      -3  "},
+      {120, 60, 3723000, 0, 28999, "x", "[120/60]  1:02:03       0    28999  x"},
+      {8, 20, 0, 1, 29995, "", "  [8/20]    0.000       1       +3# "},
+      {8, 20, 0, 1, -29996, "", "  [8/20]    0.000       1       -2# "},
+  };
+  for (const auto& test : cases) {
+    state.depth = test.depth;
+    state.mainThread().seldepth = test.seldepth;
+    state.mainThread().counters = {};
+    state.mainThread().counters.pnodes += test.nodes;
+    EXPECT_EQ(progressLine(state, test.milliseconds, test.score, test.suffix), test.expected);
+  }
+}
+
+}  // namespace
+}  // namespace ombrin
