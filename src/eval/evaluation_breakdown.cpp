@@ -27,8 +27,8 @@ void printBreakdown(const EvaluationBreakdown& breakdown, std::FILE* stream) {
   printRow(stream, "material", terms.material);
   printTotal(stream, "imbalance", terms.imbalance);
   printTotal(stream, "pawns", terms.pawns);
-  printRow(stream, "  middlegame", white.middlegame, black.middlegame);
-  printRow(stream, "  endgame", white.endgame, black.endgame);
+  printRow(stream, "  middlegame", white.middlegame(), black.middlegame());
+  printRow(stream, "  endgame", white.endgame(), black.endgame());
   printRow(stream, "  passed pawns", breakdown.passedPawns);
   printTotal(stream, "  phase (of 64)", breakdown.phase);
   printTotal(stream, "pawn race", terms.race);

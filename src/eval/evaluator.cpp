@@ -94,10 +94,10 @@ EvaluationTerms Evaluator::computeTerms() {
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
   const BoardSets sets(board_);
-  for (const Color color : {WHITE, BLACK}) {
-    terms.kingSafety[color] = kingSafety(board_, *pawnEntry_, color);
-    terms.activity[color] = pieceActivity(board_, sets, *pawnEntry_, color);
-  }
+  const PawnEntry& pawns = *pawnEntry_;
+  terms.kingSafety = {kingSafety(board_, pawns, WHITE), kingSafety(board_, pawns, BLACK)};
+  terms.activity = {pieceActivity(board_, sets, pawns, WHITE),
+                    pieceActivity(board_, sets, pawns, BLACK)};
   return terms;
 }
 

@@ -7,21 +7,10 @@ namespace ombrin {
 
 namespace {
 
-struct PhaseSquareTable {
-  SquareTable middlegame;
-  SquareTable endgame;
-
-  constexpr PhaseScore at(int index) const { return {middlegame[index], endgame[index]}; }
-};
-struct PhaseRankTable {
-  RankTable middlegame;
-  RankTable endgame;
-
-  constexpr PhaseScore at(int rank) const { return {middlegame[rank], endgame[rank]}; }
-};
+using PhaseRankTable = std::array<PhaseScore, 8>;
 
 // clang-format off
-constexpr PhaseSquareTable PAWN_SQUARE = {
+constexpr PhaseSquareTable PAWN_SQUARE = join(
     {  0,  0,  0,  0,  0,  0,  0,   0,
      -12, -6,  0,  8,  8,  0, -6, -12,
      -12, -6,  0, 20, 20,  0, -6, -12,
@@ -35,7 +24,7 @@ constexpr PhaseSquareTable PAWN_SQUARE = {
        8,  6,  4,  2,  2,  4,  6,   8,
       20, 12,  8,  3,  3,  8, 12,  20,
       24, 16, 12,  4,  4, 12, 16,  24,
-      24, 16, 12,  5,  5, 12, 16,  24}};
+      24, 16, 12,  5,  5, 12, 16,  24});
 
 constexpr SquareTable DEFENDED_FREE =
     {  0,  0,  0,  0,  0,  0,  0,   0,
@@ -45,7 +34,7 @@ constexpr SquareTable DEFENDED_FREE =
        0,  2,  4,  5,  5,  4,  2,   0,
        1,  4,  6,  8,  8,  6,  4,   1};
 
-constexpr PhaseSquareTable DOUBLED = {
+constexpr PhaseSquareTable DOUBLED = join(
     {  0,   0,   0,   0,   0,   0,   0,   0,
        0,   0,   0,   0,   0,   0,   0,   0,
      -35,  -5,   0, -10, -10,   0,  -5, -35,
@@ -58,9 +47,9 @@ constexpr PhaseSquareTable DOUBLED = {
      -30, -20, -20, -20, -20, -20, -20, -30,
      -25, -15, -15, -15, -15, -15, -15, -25,
      -20, -10, -10, -10, -10, -10, -10, -20,
-     -10, -10, -10, -10, -10, -10, -10, -10}};
+     -10, -10, -10, -10, -10, -10, -10, -10});
 
-constexpr PhaseSquareTable PASSED = {
+constexpr PhaseSquareTable PASSED = join(
     {  0,   0,   0,   0,   0,   0,   0,   0,
        4,   4,   4,   4,   4,   4,   4,   4,
        4,   4,   4,   4,   4,   4,   4,   4,
@@ -74,9 +63,9 @@ constexpr PhaseSquareTable PASSED = {
       20,  18,  16,  14,  14,  16,  18,  20,
       48,  44,  40,  40,  40,  40,  44,  48,
      100, 100,  88,  76,  76,  88, 100, 100,
-     144, 134, 112, 110, 110, 112, 134, 144}};
+     144, 134, 112, 110, 110, 112, 134, 144});
 
-constexpr PhaseSquareTable BACKWARD = {  // counted half
+constexpr PhaseSquareTable BACKWARD = join(  // counted half
     {  0,   0,   0,   0,   0,   0,   0,   0,
      -10, -10, -10, -12, -12, -10, -10, -10,
      -10, -10, -10, -12, -12, -10, -10, -10,
@@ -90,13 +79,17 @@ constexpr PhaseSquareTable BACKWARD = {  // counted half
      -20, -20, -20, -20, -20, -20, -20, -20,
      -15, -15, -15, -15, -15, -15, -15, -15,
      -10, -10, -10, -10, -10, -10, -10, -10,
-     -10, -10, -10, -10, -10, -10, -10, -10}};
+     -10, -10, -10, -10, -10, -10, -10, -10});
 
-constexpr PhaseRankTable ISOLATED =
-    {{0, -10, -10, -10, -10, -10, -10, 0}, {0, -16, -16, -12, -10, -10, -10, 0}};
-constexpr PhaseRankTable PASSED_DUO = {{0, 0, 0, 16, 20, 24, 40, 0}, {0, 0, 0, 20, 32, 48, 100, 0}};
-constexpr PhaseRankTable PASSED_DEFENDED = {{0, 0, 0, 0, 0, 16, 24, 0}, {0, 0, 0, 0, 0, 16, 24, 0}};
-constexpr PhaseRankTable CANDIDATE = {{0, 0, 0, 8, 32, 48, 0, 0}, {0, 0, 0, 8, 54, 80, 0, 0}};
+// By relative rank.
+constexpr PhaseRankTable ISOLATED = {{
+    {0, 0}, {-10, -16}, {-10, -16}, {-10, -12}, {-10, -10}, {-10, -10}, {-10, -10}, {0, 0}}};
+constexpr PhaseRankTable PASSED_DUO = {{
+    {0, 0}, {0, 0}, {0, 0}, {16, 20}, {20, 32}, {24, 48}, {40, 100}, {0, 0}}};
+constexpr PhaseRankTable PASSED_DEFENDED = {{
+    {0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}, {16, 16}, {24, 24}, {0, 0}}};
+constexpr PhaseRankTable CANDIDATE = {{
+    {0, 0}, {0, 0}, {0, 0}, {8, 8}, {32, 54}, {48, 80}, {0, 0}, {0, 0}}};
 
 // On a file that no pawn blocks ahead, some weaknesses count more.
 constexpr PhaseScore DOUBLED_OPEN = {-10, 0};
@@ -159,11 +152,9 @@ constexpr bool isMirrorImage(const SquareTable& a, const SquareTable& b) {
 }
 static_assert(isMirrorImage(SHELTER[0], SHELTER[2]) && isMirrorImage(STORM[0], STORM[2]));
 static_assert(isFileSymmetric(SHELTER[1]) && isFileSymmetric(STORM[1]));
-static_assert(isFileSymmetric(PAWN_SQUARE.middlegame) && isFileSymmetric(PAWN_SQUARE.endgame));
+static_assert(isFileSymmetric(PAWN_SQUARE) && isFileSymmetric(DOUBLED));
+static_assert(isFileSymmetric(PASSED) && isFileSymmetric(BACKWARD));
 static_assert(isFileSymmetric(DEFENDED_FREE));
-static_assert(isFileSymmetric(DOUBLED.middlegame) && isFileSymmetric(DOUBLED.endgame));
-static_assert(isFileSymmetric(PASSED.middlegame) && isFileSymmetric(PASSED.endgame));
-static_assert(isFileSymmetric(BACKWARD.middlegame) && isFileSymmetric(BACKWARD.endgame));
 
 // The pawns of both colours as one of them sees the board.
 struct PawnView {
@@ -238,32 +229,32 @@ struct PawnFacts {
 PhaseScore weaknessOf(const PawnView& view, const PawnFacts& facts, int index) {
   PhaseScore score;
   if (facts.isDoubled) {
-    score += DOUBLED.at(index);
+    score += DOUBLED[index];
     if (facts.isOpen) score += DOUBLED_OPEN;
   }
   const int rank = index / 8;
   if (facts.isIsolated) {
-    score += ISOLATED.at(rank);
+    score += ISOLATED[rank];
     if (facts.isOpen) score += ISOLATED_OPEN;
   } else if (!facts.isDefended && isBackward(view, facts.pawn, rank == 1)) {
-    const PhaseScore penalty = BACKWARD.at(index);
-    score += {penalty.middlegame / 2, penalty.endgame / 2};
+    const PhaseScore penalty = BACKWARD[index];
+    score += {penalty.middlegame() / 2, penalty.endgame() / 2};
     if (facts.isOpen) score += BACKWARD_OPEN;
   }
   return score;
 }
 
 PhaseScore strengthOf(const PawnFacts& facts, int index) {
-  PhaseScore score = PAWN_SQUARE.at(index);
-  if (facts.isDefended && facts.sentries.empty()) score.middlegame += DEFENDED_FREE[index];
+  PhaseScore score = PAWN_SQUARE[index];
+  if (facts.isDefended && facts.sentries.empty()) score += {DEFENDED_FREE[index], 0};
   const int rank = index / 8;
   if (facts.isPassed()) {
-    score += PASSED.at(index);
-    if (!facts.neighbours.empty()) score += PASSED_DUO.at(rank);
-    if (facts.isDefended) score += PASSED_DEFENDED.at(rank);
+    score += PASSED[index];
+    if (!facts.neighbours.empty()) score += PASSED_DUO[rank];
+    if (facts.isDefended) score += PASSED_DEFENDED[rank];
   } else if (facts.isOpen && !facts.isIsolated &&
              facts.neighbours.count() >= facts.sentries.count()) {
-    score += CANDIDATE.at(rank);
+    score += CANDIDATE[rank];
   }
   return score;
 }
@@ -327,8 +318,8 @@ void evaluatePawns(const Board& board, PawnEntry& entry) {
   entry.pawns = {whiteView.own, whiteView.enemy};
   const PhaseScore white = pawnStructure(board, whiteView, WHITE, entry.sides[WHITE]);
   const PhaseScore black = pawnStructure(board, blackView, BLACK, entry.sides[BLACK]);
-  entry.middlegame = static_cast<std::int16_t>(white.middlegame - black.middlegame);
-  entry.endgame = static_cast<std::int16_t>(white.endgame - black.endgame);
+  entry.middlegame = static_cast<std::int16_t>(white.middlegame() - black.middlegame());
+  entry.endgame = static_cast<std::int16_t>(white.endgame() - black.endgame());
   shelterAndStorm(board, whiteView, WHITE, entry);
   shelterAndStorm(board, blackView, BLACK, entry);
 }

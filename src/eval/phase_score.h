@@ -1,18 +1,34 @@
 #pragma once
 
+#include <cstdint>
+
 namespace ombrin {
 
-// A term that weighs differently while pieces abound and when few are left, in centipawns.
-struct PhaseScore {
-  int middlegame = 0;
-  int endgame = 0;
+// A term that weighs differently while pieces abound and when few are left, in centipawns. Both
+// values share a word, so that adding is one instruction; each must stay within 16 bits.
+class PhaseScore {
+ public:
+  constexpr PhaseScore() = default;
+  constexpr PhaseScore(int middlegame, int endgame)
+      : word_(static_cast<std::uint32_t>(middlegame) +
+              (static_cast<std::uint32_t>(endgame) << 16)) {}
+
+  constexpr int middlegame() const { return static_cast<std::int16_t>(word_); }
+  // A negative middlegame value has borrowed from this half.
+  constexpr int endgame() const { return static_cast<std::int16_t>((word_ + 0x8000) >> 16); }
 
   constexpr PhaseScore& operator+=(PhaseScore other) {
-    middlegame += other.middlegame;
-    endgame += other.endgame;
+    word_ += other.word_;
     return *this;
   }
+  friend constexpr PhaseScore operator+(PhaseScore a, PhaseScore b) { return a += b; }
   friend constexpr bool operator==(PhaseScore, PhaseScore) = default;
+
+ private:
+  std::uint32_t word_ = 0;
 };
+
+static_assert((PhaseScore(-3, 5) + PhaseScore(-4, -9)).middlegame() == -7 &&
+              (PhaseScore(-3, 5) + PhaseScore(-4, -9)).endgame() == -4);
 
 }  // namespace ombrin

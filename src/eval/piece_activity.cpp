@@ -45,7 +45,7 @@ constexpr SquareTable BISHOP_SQUARE = {
      -8,   0,  -2,   0,   0,  -2,   0,  -8,
     -12,  -8,  -6,  -4,  -4,  -6,  -8, -12};
 
-constexpr SquareTable QUEEN_SQUARE_MIDDLEGAME = {
+constexpr PhaseSquareTable QUEEN_SQUARE = join({
     -12,  -8,  -4,  -2,  -2,  -4,  -8, -12,
      -8,  -4,   0,   2,   2,   0,  -4,  -8,
      -6,  -2,   2,   4,   4,   2,  -2,  -6,
@@ -53,9 +53,7 @@ constexpr SquareTable QUEEN_SQUARE_MIDDLEGAME = {
      -4,  -2,   0,   0,   0,   0,  -2,  -4,
      -4,  -2,   0,   0,   0,   0,  -2,  -4,
      -4,  -2,   0,   0,   0,   0,  -2,  -4,
-     -4,  -2,   0,   0,   0,   0,  -2,  -4};
-
-constexpr SquareTable QUEEN_SQUARE_ENDGAME = {
+     -4,  -2,   0,   0,   0,   0,  -2,  -4}, {
     -10,  -9,  -8,  -6,  -6,  -8,  -9, -10,
      -8,  -7,  -6,  -4,  -4,  -6,  -7,  -8,
      -6,  -4,   0,   2,   2,   0,  -4,  -6,
@@ -63,45 +61,49 @@ constexpr SquareTable QUEEN_SQUARE_ENDGAME = {
       0,   0,   4,   8,   8,   4,   0,   0,
      -2,   0,   2,   4,   4,   2,   0,  -2,
      -6,  -4,  -2,   0,   0,  -2,  -4,  -6,
-     -8,  -6,  -4,  -2,  -2,  -4,  -6,  -8};
+     -8,  -6,  -4,  -2,  -2,  -4,  -6,  -8});
 // clang-format on
 static_assert(isFileSymmetric(KNIGHT_SQUARE) && isFileSymmetric(KNIGHT_PAWN_AHEAD) &&
               isFileSymmetric(KNIGHT_CHASED) && isFileSymmetric(BISHOP_SQUARE) &&
-              isFileSymmetric(QUEEN_SQUARE_MIDDLEGAME) && isFileSymmetric(QUEEN_SQUARE_ENDGAME));
+              isFileSymmetric(QUEEN_SQUARE));
 
-// By the number of empty squares a piece can go to.
-constexpr std::array<int, 9> KNIGHT_MOBILITY = {-24, -8, 0, 4, 8, 11, 14, 17, 21};
-constexpr std::array<int, 16> BISHOP_MOBILITY = {-24, -16, -12, -8, -4, 0,  4,  8,
-                                                 12,  14,  16,  18, 20, 22, 24, 26};
-constexpr std::array<int, 16> ROOK_MOBILITY_MIDDLEGAME = {-12, -10, -6, -3, 0,  3,  6,  9,
-                                                          12,  14,  15, 16, 16, 16, 16, 16};
-constexpr std::array<int, 16> ROOK_MOBILITY_ENDGAME = {-36, -30, -24, -18, -12, -6, 0,  6,
-                                                       12,  16,  19,  22,  25,  25, 25, 25};
-
-// By the number of enemy men it attacks, protected pawns not counted.
-constexpr std::array<int, 9> KNIGHT_ATTACKS = {0, 6, 12, 18, 24, 24, 24, 24, 0};
-constexpr std::array<int, 5> BISHOP_ATTACKS = {0, 6, 12, 12, 12};
-constexpr std::array<int, 5> ROOK_ATTACKS = {0, 6, 12, 18, 8};
-
-// The same as they count in the two phases.
+// Turns values into what they count in the two phases.
 template <std::size_t SIZE, typename Weigh>
 consteval std::array<PhaseScore, SIZE> phased(const std::array<int, SIZE>& values, Weigh weigh) {
   std::array<PhaseScore, SIZE> table;
   for (std::size_t n = 0; n < SIZE; ++n) table[n] = weigh(values[n]);
   return table;
 }
-constexpr auto KNIGHT_MOBILITY_PHASED = phased(KNIGHT_MOBILITY, [](int value) {
-  return PhaseScore{value / 2, value / 4};
-});
-constexpr auto KNIGHT_ATTACKS_PHASED = phased(KNIGHT_ATTACKS, [](int value) {
-  return PhaseScore{value / 2, 2 * value};
-});
-constexpr auto BISHOP_ATTACKS_PHASED = phased(BISHOP_ATTACKS, [](int value) {
-  return PhaseScore{value / 2, 3 * value};
-});
-constexpr auto ROOK_ATTACKS_PHASED = phased(ROOK_ATTACKS, [](int value) {
-  return PhaseScore{value, 2 * value};
-});
+
+// By the number of empty squares a piece can go to.
+constexpr auto KNIGHT_MOBILITY = phased(std::array{-24, -8, 0, 4, 8, 11, 14, 17, 21},
+                                        [](int value) { return PhaseScore(value / 2, value / 4); });
+constexpr std::array<int, 16> BISHOP_MOBILITY = {-24, -16, -12, -8, -4, 0,  4,  8,
+                                                 12,  14,  16,  18, 20, 22, 24, 26};
+constexpr std::array<PhaseScore, 16> ROOK_MOBILITY = {{{-12, -36},
+                                                       {-10, -30},
+                                                       {-6, -24},
+                                                       {-3, -18},
+                                                       {0, -12},
+                                                       {3, -6},
+                                                       {6, 0},
+                                                       {9, 6},
+                                                       {12, 12},
+                                                       {14, 16},
+                                                       {15, 19},
+                                                       {16, 22},
+                                                       {16, 25},
+                                                       {16, 25},
+                                                       {16, 25},
+                                                       {16, 25}}};
+
+// By the number of enemy men it attacks, protected pawns not counted.
+constexpr auto KNIGHT_ATTACKS = phased(std::array{0, 6, 12, 18, 24, 24, 24, 24, 0},
+                                       [](int value) { return PhaseScore(value / 2, 2 * value); });
+constexpr auto BISHOP_ATTACKS = phased(std::array{0, 6, 12, 12, 12},
+                                       [](int value) { return PhaseScore(value / 2, 3 * value); });
+constexpr auto ROOK_ATTACKS =
+    phased(std::array{0, 6, 12, 18, 8}, [](int value) { return PhaseScore(value, 2 * value); });
 
 // By the number of such files on the board.
 constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
@@ -125,15 +127,17 @@ class PieceActivity {
         empty_(~sets.occupied()),
         targets_(sets.men(ENEMY) & ~protectedPawns(entry.pawns[ENEMY])) {}
 
-  int value() {
-    board_.forEach(OWN, KNIGHT, [this](Piece, Square square) { knight(square); });
-    board_.forEach(OWN, BISHOP, [this](Piece, Square square) { bishop(square); });
-    board_.forEach(OWN, ROOK, [this](Piece, Square square) { rook(square); });
-    board_.forEach(OWN, QUEEN, [this](Piece, Square square) { queen(square); });
-    rookShutIn();
+  int value() const {
+    Worth worth;
+    board_.forEach(OWN, KNIGHT, [&](Piece, Square square) { worth += knight(square); });
+    board_.forEach(OWN, BISHOP, [&](Piece, Square square) { worth += bishop(square); });
+    board_.forEach(OWN, ROOK, [&](Piece, Square square) { worth += rook(square); });
+    board_.forEach(OWN, QUEEN, [&](Piece, Square square) { worth += queen(square); });
+    worth.placement += rookShutIn();
     const int units = enemy_.units();
-    return ((FULL_UNITS - units) * phased_.endgame + units * phased_.middlegame) / FULL_UNITS +
-           placement_;
+    return ((FULL_UNITS - units) * worth.phased.endgame() + units * worth.phased.middlegame()) /
+               FULL_UNITS +
+           worth.placement;
   }
 
  private:
@@ -141,6 +145,17 @@ class PieceActivity {
   static constexpr Delta FORWARD = forward(OWN);
   static constexpr int SEVENTH = 6;
   static constexpr int EIGHTH = 7;
+
+  struct Worth {
+    PhaseScore phased;
+    int placement = 0;  // counts in every phase
+
+    Worth& operator+=(Worth other) {
+      phased += other.phased;
+      placement += other.placement;
+      return *this;
+    }
+  };
 
   // What a piece can reach: empty squares, and enemy men worth attacking.
   struct Reach {
@@ -155,45 +170,43 @@ class PieceActivity {
     return {(reached & empty_).count(), (reached & targets_).count()};
   }
 
-  void knight(Square square) {
+  Worth knight(Square square) const {
     const int index = tableIndex(square, OWN);
-    placement_ += enemy_.pawns() * KNIGHT_SQUARE[index] / 8;
     const Reach reach = count(knightReach(square));
-    phased_ += KNIGHT_MOBILITY_PHASED[reach.empty];
-    phased_ += KNIGHT_ATTACKS_PHASED[reach.attacked];
-    if (board_.at(square + FORWARD).isPawnOf(OWN)) placement_ += KNIGHT_PAWN_AHEAD[index];
-    if (board_.at(square + 3 * FORWARD).isPawnOf(ENEMY)) placement_ += KNIGHT_CHASED[index];
-    if (isInEnemyCorner(square) && isKnightTrapped(square)) placement_ += TRAPPED_PIECE;
+    int placement = enemy_.pawns() * KNIGHT_SQUARE[index] / 8;
+    if (board_.at(square + FORWARD).isPawnOf(OWN)) placement += KNIGHT_PAWN_AHEAD[index];
+    if (board_.at(square + 3 * FORWARD).isPawnOf(ENEMY)) placement += KNIGHT_CHASED[index];
+    if (isInEnemyCorner(index) && isKnightTrapped(square)) placement += TRAPPED_PIECE;
+    return {KNIGHT_MOBILITY[reach.empty] + KNIGHT_ATTACKS[reach.attacked], placement};
   }
 
-  void bishop(Square square) {
+  Worth bishop(Square square) const {
+    const int index = tableIndex(square, OWN);
     const Reach reach = count(bishopReach(square, ~empty_));
-    placement_ += BISHOP_SQUARE[tableIndex(square, OWN)] + BISHOP_MOBILITY[reach.empty];
-    phased_ += BISHOP_ATTACKS_PHASED[reach.attacked];
-    if (isInEnemyCorner(square) && isBishopTrapped(square)) placement_ += TRAPPED_PIECE;
+    int placement = BISHOP_SQUARE[index] + BISHOP_MOBILITY[reach.empty];
+    if (isInEnemyCorner(index) && isBishopTrapped(square)) placement += TRAPPED_PIECE;
+    return {BISHOP_ATTACKS[reach.attacked], placement};
   }
 
-  void rook(Square square) {
+  Worth rook(Square square) const {
     const Reach reach = count(rookReach(square, ~empty_));
-    phased_ += {ROOK_MOBILITY_MIDDLEGAME[reach.empty], ROOK_MOBILITY_ENDGAME[reach.empty]};
-    phased_ += ROOK_ATTACKS_PHASED[reach.attacked];
-    placement_ += fileOf(square);
+    Worth worth{ROOK_MOBILITY[reach.empty] + ROOK_ATTACKS[reach.attacked], fileOf(square)};
     if (square.relativeRank(OWN) >= SEVENTH) {
       const int kingRank = enemyKing_.relativeRank(OWN);
-      if (kingRank == SEVENTH) placement_ += 10;
-      if (kingRank == EIGHTH) phased_ += {10, 40};
+      if (kingRank == SEVENTH) worth += {{}, 10};
+      if (kingRank == EIGHTH) worth += {{10, 40}, 0};
     }
+    return worth;
   }
 
-  void queen(Square square) {
-    const int index = tableIndex(square, OWN);
-    phased_ += {QUEEN_SQUARE_MIDDLEGAME[index], QUEEN_SQUARE_ENDGAME[index]};
-    placement_ += 8 - 2 * kingDistance(enemyKing_, square);
+  Worth queen(Square square) const {
+    Worth worth{QUEEN_SQUARE[tableIndex(square, OWN)], 8 - 2 * kingDistance(enemyKing_, square)};
     if (square.relativeRank(OWN) == SEVENTH) {
       const int kingRank = enemyKing_.relativeRank(OWN);
-      if (kingRank == SEVENTH) placement_ += 10;
-      if (kingRank == EIGHTH) phased_ += {10, 32};
+      if (kingRank == SEVENTH) worth += {{}, 10};
+      if (kingRank == EIGHTH) worth += {{10, 32}, 0};
     }
+    return worth;
   }
 
   int fileOf(Square rook) const {
@@ -205,8 +218,8 @@ class PieceActivity {
   }
 
   // The last two squares of a rook file.
-  static bool isInEnemyCorner(Square square) {
-    return square.relativeRank(OWN) >= SEVENTH && (square.file() == 0 || square.file() == 7);
+  static bool isInEnemyCorner(int index) {
+    return index >= 8 * SEVENTH && (index % 8 == 0 || index % 8 == 7);
   }
   static Delta inward(Square square) { return square.file() == 0 ? RIGHT : -RIGHT; }
 
@@ -223,21 +236,19 @@ class PieceActivity {
   }
 
   // A rook between its corner and a king that has left the middle but not castled.
-  void rookShutIn() {
+  int rookShutIn() const {
     const Square king = board_.kingSquare(OWN);
-    if (king.rank() != 0 && king.rank() != 7) return;
+    if (king.rank() != 0 && king.rank() != 7) return 0;
     const int file = king.file();
     const bool right = file == 5 || file == 6;
-    if (!right && file != 1 && file != 2) return;
-    if (!pawns_.hasPawnOn(right ? 6 : 0) || !pawns_.hasPawnOn(right ? 7 : 1)) return;
+    if (!right && file != 1 && file != 2) return 0;
+    if (!pawns_.hasPawnOn(right ? 6 : 0) || !pawns_.hasPawnOn(right ? 7 : 1)) return 0;
     const Delta outward = right ? RIGHT : -RIGHT;
     for (const Delta step : {outward, 2 * outward, outward + FORWARD, 2 * outward + FORWARD}) {
       const Piece piece = board_.at(king + step);
-      if (piece.isOf(OWN) && piece.type() == ROOK) {
-        placement_ += ROOK_SHUT_IN;
-        return;
-      }
+      if (piece.isOf(OWN) && piece.type() == ROOK) return ROOK_SHUT_IN;
     }
+    return 0;
   }
 
   const Board& board_;
@@ -247,8 +258,6 @@ class PieceActivity {
   const Square enemyKing_;
   const SquareSet empty_;
   const SquareSet targets_;  // enemy men worth attacking
-  int placement_ = 0;        // counts in every phase
-  PhaseScore phased_;
 };
 
 }  // namespace

@@ -49,7 +49,7 @@ class SquareSet {
     const std::uint64_t below = (before & occupied).bits_ | 1;
     const std::uint64_t above = (after & occupied).bits_;
     const std::uint64_t nearestAbove = above & (0 - above);
-    const std::uint64_t fromNearestBelow = ~0ULL << (63 - std::countl_zero(below));
+    const std::uint64_t fromNearestBelow = ~0ULL << (std::countl_zero(below) ^ 63);
     return SquareSet(2 * nearestAbove + fromNearestBelow) & (before | after);
   }
 

@@ -226,10 +226,11 @@ TEST(Evaluator, HasItsSignature) {
     placeMen(board, random);
     const EvaluationBreakdown parts = evaluator.breakdown();
     const EvaluationTerms& terms = parts.terms;
-    for (const int part : {terms.imbalance, terms.pawns, terms.race, terms.kingSafety[WHITE],
-                           terms.kingSafety[BLACK], terms.activity[WHITE], terms.activity[BLACK],
-                           parts.pawnStructure[WHITE].middlegame,
-                           parts.pawnStructure[BLACK].endgame, parts.scale, parts.score.value()}) {
+    for (const int part :
+         {terms.imbalance, terms.pawns, terms.race, terms.kingSafety[WHITE],
+          terms.kingSafety[BLACK], terms.activity[WHITE], terms.activity[BLACK],
+          parts.pawnStructure[WHITE].middlegame(), parts.pawnStructure[BLACK].endgame(),
+          parts.scale, parts.score.value()}) {
       signature = (signature ^ static_cast<std::uint32_t>(part)) * 0x100000001b3;
     }
   }

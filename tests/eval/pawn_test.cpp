@@ -51,8 +51,8 @@ TEST(PawnStructure, FindsStrengthAndWeakness) {
     EvaluatedPosition position(test.fen);
     PawnSideInfo info;
     const PhaseScore score = pawnStructure(position.board, WHITE, info);
-    EXPECT_EQ(score.middlegame, test.score.middlegame) << test.fen;
-    EXPECT_EQ(score.endgame, test.score.endgame) << test.fen;
+    EXPECT_EQ(score.middlegame(), test.score.middlegame()) << test.fen;
+    EXPECT_EQ(score.endgame(), test.score.endgame()) << test.fen;
   }
 }
 TEST(PawnStructure, TellsTheOtherTermsWhatTheyAsk) {
