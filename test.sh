@@ -16,7 +16,7 @@ need_header gtest/gtest.h libgtest-dev
 need_header benchmark/benchmark.h libbenchmark-dev
 install_missing
 
-options=(-DOMBRIN_TESTS=ON -DOMBRIN_BENCH=ON)
+options=(-DOMBRIN_TESTS=ON)
 if command -v ccache >/dev/null; then
   options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 fi
@@ -25,8 +25,11 @@ stage() {
   printf '\n=== %s (%d s so far)\n' "$*" "$SECONDS"
 }
 
+# configure PRESET [cmake's options ...]
 configure() {
-  cmake --preset "$1" "${options[@]}" >/dev/null
+  local preset=$1
+  shift
+  cmake --preset "$preset" "${options[@]}" "$@" >/dev/null
 }
 
 # compile PRESET [TARGET ...]: says something only when it fails.
@@ -50,17 +53,17 @@ stage "format"
 scripts/format.sh --check
 
 stage "static checks"
-configure release
+configure release -DOMBRIN_BENCH=ON
 scripts/tidy.sh
 
 stage "address and undefined behaviour sanitizers"
-configure asan
+configure asan -DOMBRIN_BENCH=OFF
 compile asan
 run_tests asan
 
 stage "thread sanitizer, for what runs more than one thread"
 threaded='platform search protocol program'
-configure tsan
+configure tsan -DOMBRIN_BENCH=OFF
 threaded_targets=()
 for folder in $threaded; do
   if compgen -G "tests/$folder/*.cpp" >/dev/null; then threaded_targets+=("${folder}_test"); fi
