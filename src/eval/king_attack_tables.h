@@ -63,7 +63,7 @@ consteval std::int8_t knight(int ranks, int files) {
 }
 
 // What a slider bears on, standing that far from the king; 0 when it is too far away.
-consteval int directOf(PieceType type, int ranks, int files) {
+constexpr int directOf(PieceType type, int ranks, int files) {
   const int a = magnitude(ranks);
   const int b = magnitude(files);
   if (a + b == 0) return 0;
@@ -73,7 +73,7 @@ consteval int directOf(PieceType type, int ranks, int files) {
 }
 
 // The step by which it would come closest to the king; 0 for none.
-consteval int stepOf(PieceType type, int ranks, int files) {
+constexpr int stepOf(PieceType type, int ranks, int files) {
   const int a = magnitude(ranks);
   const int b = magnitude(files);
   const int alongFile = UP * sign(ranks);
@@ -91,7 +91,7 @@ consteval int stepOf(PieceType type, int ranks, int files) {
   return b >= a - 2 && b <= a + 1 ? diagonal : 0;
 }
 
-consteval Approach approach(PieceType type, int ranks, int files) {
+constexpr Approach approach(PieceType type, int ranks, int files) {
   int worth = directOf(type, ranks, files);
   const int step = worth != 0 ? 0 : stepOf(type, ranks, files);
   if (step == 0) return {0, 0, static_cast<std::int8_t>(worth)};
@@ -113,7 +113,7 @@ consteval Approach approach(PieceType type, int ranks, int files) {
 }
 
 template <PieceType TYPE>
-inline constexpr auto APPROACH = DeltaTable<Approach>::make([](int ranks, int files) consteval {
+inline constexpr auto APPROACH = DeltaTable<Approach>::make([](int ranks, int files) {
   return approach(TYPE, ranks, files);
 });
 
