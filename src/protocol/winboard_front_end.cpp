@@ -14,6 +14,7 @@
 
 namespace ombrin {
 
+// "cores" is what GUIs send to a program that announces the feature "smp".
 const WinboardFrontEnd::Command WinboardFrontEnd::COMMANDS[] = {
     {"xboard", &WinboardFrontEnd::enter},      {"protover", &WinboardFrontEnd::listFeatures},
     {"accepted", &WinboardFrontEnd::ignore},   {"egt", &WinboardFrontEnd::ignore},
@@ -35,7 +36,7 @@ const WinboardFrontEnd::Command WinboardFrontEnd::COMMANDS[] = {
     {"rating", &WinboardFrontEnd::ignore},     {"ics", &WinboardFrontEnd::ignore},
     {"computer", &WinboardFrontEnd::ignore},   {"random", &WinboardFrontEnd::ignore},
     {"bk", &WinboardFrontEnd::ignore},         {"hint", &WinboardFrontEnd::ignore},
-    {"quit", &WinboardFrontEnd::quit},
+    {"quit", &WinboardFrontEnd::quit},         {"cores", &WinboardFrontEnd::smp},
 };
 
 bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arguments) {
