@@ -36,9 +36,11 @@ bool BookTable::resize(std::size_t entries) {
 
   // The C functions, because they say no instead of throwing, and calloc's large blocks come zeroed
   // for free.
+  // NOLINTBEGIN(*-no-malloc)
   Block<std::uint8_t> tags(static_cast<std::uint8_t*>(std::calloc(entries, 1)));
   Block<std::uint32_t> numbers(
       static_cast<std::uint32_t*>(std::calloc(entries, sizeof(std::uint32_t))));
+  // NOLINTEND(*-no-malloc)
   if (!tags || !numbers || !reserveEntries(entries - entries / 4)) return false;
   tags_ = std::move(tags);
   numbers_ = std::move(numbers);
@@ -48,6 +50,7 @@ bool BookTable::resize(std::size_t entries) {
 }
 
 bool BookTable::reserveEntries(std::size_t count) {
+  // NOLINTNEXTLINE(*-no-malloc)
   void* const moved = std::realloc(entries_.get(), count * sizeof(BookEntry));
   if (moved == nullptr) return false;
   static_cast<void>(entries_.release());

@@ -57,7 +57,7 @@ class BookTable {
 
  private:
   struct Free {
-    void operator()(void* memory) const { std::free(memory); }
+    void operator()(void* memory) const { std::free(memory); }  // NOLINT(*-no-malloc)
   };
   template <typename T>
   using Block = std::unique_ptr<T[], Free>;

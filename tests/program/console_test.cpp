@@ -27,9 +27,7 @@ TEST(Console, ReadsTheIniFileNamedByTheArgument) {
   const std::string start = joined(session.ask(""));
   std::smatch match;
   ASSERT_TRUE(std::regex_search(
-      start, match,
-      std::regex(
-          "!--only (\\d+) cpu's present, using (\\d+) searchthreads\n")));
+      start, match, std::regex("!--only (\\d+) cpu's present, using (\\d+) searchthreads\n")));
   EXPECT_EQ(match[1], match[2]);
   EXPECT_TRUE(contains(session.ask("set"), "threads=" + match[1].str()));
 
