@@ -15,7 +15,10 @@ constexpr double DOUBLING_ELO = 70;
 }  // namespace
 
 double eloOf(double factor) {
-  return factor == 0 ? 0 : BASE_ELO + DOUBLING_ELO * std::log2(factor);
+  if (factor == 0) return 0;
+  const double elo = BASE_ELO + DOUBLING_ELO * std::log2(factor);
+  // A book's Elo of 0 comes back as a hair less, and would be shown as "-0".
+  return std::abs(elo) < 0.01 ? 0 : elo;
 }
 
 float factorOf(double elo) {
