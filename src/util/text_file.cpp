@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cinttypes>
-#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -14,6 +13,8 @@ namespace ombrin {
 namespace {
 
 constexpr std::size_t FIRST_SIZE = 128;
+// The most that is read at once: one long line must not make every line after it cost as much.
+constexpr std::size_t PIECE = 1024;
 constexpr LogChannel LOG{"textfile"};
 
 }  // namespace
@@ -38,7 +39,7 @@ std::optional<std::string_view> TextFile::readLine() {
 }
 
 // Reads on behind `length`, which then counts what was read, up to the line end, the end of the
-// buffer or of the input. True when the line is complete; its line feed does not count.
+// piece or of the input. True when the line is complete; its line feed does not count.
 //
 // The C library's line read is fast and does not say how much it has read, and a NUL byte of the
 // input looks like its terminator. So the room is filled with line feeds first: the first one
@@ -46,12 +47,9 @@ std::optional<std::string_view> TextFile::readLine() {
 // stands before it.
 bool TextFile::readPiece(std::size_t& length) {
   char* const room = buffer_.data() + length;
-  const std::size_t size = buffer_.size() - length;
+  const std::size_t size = std::min(buffer_.size() - length, PIECE);
   std::memset(room, '\n', size);
-  if (std::fgets(room, static_cast<int>(std::min<std::size_t>(size, INT_MAX)), stream_) ==
-      nullptr) {
-    return false;
-  }
+  if (std::fgets(room, static_cast<int>(size), stream_) == nullptr) return false;
   const auto* const end = static_cast<const char*>(std::memchr(room, '\n', size));
   if (end == nullptr) {
     length += size - 1;
