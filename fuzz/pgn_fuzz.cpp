@@ -1,0 +1,30 @@
+// A game collection of any bytes: every line is read once, and no text is made from nothing.
+#include "fuzz_input.h"
+#include "pgn/pgn_reader.h"
+
+using namespace ombrin;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  silence();
+  if (size == 0) return 0;
+  std::FILE* stream = fmemopen(const_cast<std::uint8_t*>(data), size, "rb");
+  require(stream != nullptr, "memory can be read as a stream");
+  std::uint32_t lines = data[size - 1] == '\n' ? 0 : 1;
+  for (std::size_t i = 0; i < size; ++i) lines += data[i] == '\n' ? 1 : 0;
+
+  TextFile file(stream);
+  PgnReader reader(file);
+  std::size_t bytes = 0;
+  while (const PgnGame* game = reader.readGame()) {
+    for (std::size_t i = 0; i < game->moves.size(); ++i) {
+      require(!game->moves[i].empty(), "a move text is not empty");
+      bytes += game->moves[i].size();
+    }
+    bytes += game->white.size() + game->fen.size();
+    require(game->result >= NO_RESULT && game->result <= BLACK_WON, "a result is one of four");
+  }
+  require(reader.lineCount() == lines, "every line is counted once");
+  require(bytes <= size, "no text is longer than its file");
+  std::fclose(stream);
+  return 0;
+}
