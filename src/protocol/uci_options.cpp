@@ -1,6 +1,4 @@
 // The part of the UCI front-end that deals with options.
-#include <algorithm>
-
 #include "protocol/numbers.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
@@ -44,8 +42,8 @@ std::optional<int> UciFrontEnd::numberValue(int absent) {
 void UciFrontEnd::setHash() {
   constexpr int DEFAULT_MB = 32;
   const std::optional<int> megabytes = numberValue(DEFAULT_MB);
-  if (!megabytes) return;
-  const auto size = static_cast<std::size_t>(std::max(*megabytes, 0));
+  if (!megabytes || *megabytes < 0) return;
+  const auto size = static_cast<std::size_t>(*megabytes);
   control_.stopSearch();
   logInfo(UCI_LOG, "resizing hash to %uMb\n", static_cast<unsigned>(size));
   control_.search().tt().resize(size * 1024);
