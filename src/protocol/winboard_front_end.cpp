@@ -1,6 +1,7 @@
 #include "protocol/winboard_front_end.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdarg>
 
 #include "board/fen.h"
@@ -59,6 +60,9 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
 void WinboardFrontEnd::enter() {
   control_.listen(*this);
   redirectLog();
+  // GUIs of this protocol interrupt a program that ponders before they send it a line, so that it
+  // looks at its input. This one always does.
+  std::signal(SIGINT, SIG_IGN);
   active_ = true;
   send("\n");
 }

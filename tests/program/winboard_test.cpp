@@ -1,4 +1,5 @@
 #include <array>
+#include <csignal>
 #include <random>
 #include <regex>
 #include <sstream>
@@ -195,6 +196,7 @@ TEST_F(Winboard, PondersOnTheExpectedMove) {
   Lines texts = legalTexts();
   std::erase(texts, expected);
   play(texts.front());
+  session_.process().kill(SIGINT);  // as GUIs do to wake a program that ponders
   send("usermove " + texts.front());
   EXPECT_FALSE(engineMove().empty());
   const std::string text = log();
