@@ -8,6 +8,7 @@
 #include "board/move_generation.h"
 #include "search/move_picker.h"
 #include "search/node.h"
+#include "search/parallel_search.h"
 #include "search/selectivity.h"
 
 namespace ombrin {
@@ -40,9 +41,7 @@ std::optional<Score> probeBitbases(SearchThread& thread, int ply, Score alpha, S
   const BitbaseLimits& limits = thread.state.bitbaseLimits;
   const int men = menOnBoard(board);
   if (men > limits.probe || board.hasEnPassant()) return std::nullopt;
-  // Relaxed: the limit is a number by itself; see BitbaseLimits.
-  const int plyLimit = limits.ply.load(std::memory_order_relaxed);
-  if (men > limits.memory && ply >= plyLimit) return std::nullopt;
+  if (men > limits.memory && ply >= limits.ply) return std::nullopt;
   const std::optional<Score> answer = thread.state.bitbases.probe(board);
   if (!answer) return std::nullopt;
   if (lastMove.isCheck() && *answer < -WIN_BOUND) {
@@ -52,7 +51,7 @@ std::optional<Score> probeBitbases(SearchThread& thread, int ply, Score alpha, S
   const Score score = answer->relativeToRoot(ply);
   const Bound bound = score <= alpha ? TT_UPPER : score >= beta ? TT_LOWER : TT_EXACT;
   storeNode(thread, ply, depth, NULL_MOVE, score, bound);
-  if (men > limits.memory && ply >= plyLimit - 1) return score;
+  if (men > limits.memory && ply >= limits.ply - 1) return score;
   if (score > -WIN_BOUND && score < WIN_BOUND) return score;
   return std::nullopt;
 }
@@ -293,6 +292,23 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
       ++searched;
       ++counters.pnodes;
       continue;
+    }
+
+    // c. Share what remains with idle threads.
+    if (depth >= state.minSplitDepth && searched > 0 &&
+        thread.splitNodesInUse < SearchThread::SPLIT_NODES) {
+      if (SplitNode* const node = trySplit(thread)) {
+        const NodeResult result = searchSplit(thread, *node, terms, type, ply, beta,
+                                              {alpha, best, bestMove}, move, picker);
+        if (thread.isStopped()) return 0;
+        alpha = result.alpha;
+        best = result.best;
+        bestMove = result.bestMove;
+        if (best < beta) break;
+        if (best > MATE_BOUND) thread.mateKiller[ply] = bestMove.identity();
+        if (bestMove.isQuiet() && !inCheck) thread.addKiller(ply, bestMove);
+        return failHigh(bestMove, best);
+      }
     }
 
     // d. Make it.

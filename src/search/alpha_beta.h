@@ -2,17 +2,10 @@
 
 #include "board/move.h"
 #include "board/score.h"
+#include "search/node_terms.h"
 #include "search/search_thread.h"
 
 namespace ombrin {
-
-// What a node is expected to be: on the principal variation, one that fails high, or one that fails
-// low. Children get the negated type.
-enum NodeType : int { ALL_NODE = -1, PV_NODE = 0, CUT_NODE = 1 };
-
-constexpr NodeType operator-(NodeType type) {
-  return static_cast<NodeType>(-static_cast<int>(type));
-}
 
 // Both search the thread's board to a score for the side to move, leave the node's line in
 // pv[ply] and the board as it was. lastMove is the move that led here, as makeMove returned it

@@ -155,7 +155,7 @@ void deepen(SearchState& state) {
     state.depth = depth;
     state.iteration.store(depth, std::memory_order_relaxed);
     state.clock.setIteration(depth);
-    state.bitbaseLimits.ply.store(std::max(2, 2 * depth / 3), std::memory_order_relaxed);
+    state.bitbaseLimits.ply = std::max(2, 2 * depth / 3);
     state.minSplitDepth = parallel ? 1 : NO_SPLIT_DEPTH;
 
     searchRoot(state, -MATE, MATE, depth);

@@ -5,6 +5,7 @@
 
 #include "platform/event.h"
 #include "platform/thread.h"
+#include "search/parallel_search.h"
 #include "search/root_search.h"
 #include "search/search_state.h"
 #include "util/log.h"
@@ -21,7 +22,7 @@ constexpr LogChannel CONTROL_LOG{"search"};
 struct SearchController::Implementation {
   Implementation(SearchController& controller, Tt& tt, const Bitbases& bitbases, SearchClock& clock)
       : owner(controller), state(tt, bitbases, clock) {
-    idle.set();
+    idle().set();
   }
 
   void searchThreadMain();
@@ -32,15 +33,13 @@ struct SearchController::Implementation {
   // Stops the current search, or the one that is about to begin.
   void requestStop();
 
+  // Signalled while no search runs and none is about to.
+  Event& idle() { return state.mainThread().asleep; }
+
   SearchController& owner;
   SearchState state;
   std::atomic<SearchObserver*> listener{nullptr};
   bool booted = false;
-
-  Event idle;  // no search runs and none is about to
-  Event wake;
-  bool leaving = false;  // with `wake`: the search thread is to end
-  Thread thread;
 
   // What startNext leaves for its own thread.
   Board nextBoard;
@@ -54,12 +53,13 @@ struct SearchController::Implementation {
 };
 
 void SearchController::Implementation::searchThreadMain() {
+  SearchThread& main = state.mainThread();
   for (;;) {
     logDebug(CONTROL_LOG, "searchthread: sleep()\n");
-    wake.reset();
-    idle.set();
-    wake.wait();
-    if (leaving) return;
+    main.wake.reset();
+    main.asleep.set();
+    main.wake.wait();
+    if (state.leaving) return;
     logDebug(CONTROL_LOG, "searchthread: awoke()\n");
     runSearches();
   }
@@ -75,17 +75,22 @@ void SearchController::Implementation::prepare(const Board& board) {
   SearchThread& main = state.mainThread();
   main.board.copyFrom(board);
   main.board.makeRoom();
-  main.reset();
   if (main.evaluator.pawnHash().entries() != PawnHash::FULL_SIZE) {
     main.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
   }
   state.bitbaseLimits.probe = state.bitbases.available() ? state.bitbases.maxMen() - 2 : -1;
   state.bitbaseLimits.memory = state.bitbases.available() ? state.bitbases.memoryMen() - 2 : -1;
   state.tt.nextGeneration();
-
-  const std::lock_guard lock(mutex);
-  state.clearStop();
-  if (stopRequested) state.requestStop();
+  state.waitForWorkers();
+  for (const auto& thread : state.threads) thread->reset();
+  state.rootBoard.copyFrom(main.board);
+  state.idleCount.store(0, std::memory_order_relaxed);
+  {
+    const std::lock_guard lock(mutex);
+    state.clearStop();
+    if (stopRequested) state.requestStop();
+  }
+  state.wakeWorkers();
 }
 
 void SearchController::Implementation::runSearches() {
@@ -108,9 +113,13 @@ SearchController::SearchController(Tt& tt, const Bitbases& bitbases, SearchClock
 
 SearchController::~SearchController() {
   stopAndWait();
-  implementation_->leaving = true;
-  implementation_->wake.set();
-  implementation_->thread.join();
+  SearchState& state = implementation_->state;
+  state.waitForWorkers();
+  state.leaving = true;
+  for (const auto& thread : state.threads) {
+    thread->wake.set();
+    thread->thread.join();
+  }
 }
 
 void SearchController::boot() {
@@ -122,20 +131,23 @@ void SearchController::boot() {
   self.booted = true;
   self.state.mainThread().evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
   logInfo(CONTROL_LOG, "starting main search thread...\n");
-  self.idle.reset();
-  self.thread = Thread::createSuspended([&self] { self.searchThreadMain(); });
-  if (!self.thread.running()) {
+  self.idle().reset();
+  self.state.mainThread().thread = Thread::createSuspended([&self] { self.searchThreadMain(); });
+  if (!self.state.mainThread().thread.running()) {
     print(stderr, "no main search thread: searches hold the command line up\n");
-    self.idle.set();
+    self.idle().set();
   }
-  self.thread.setPriority(ThreadPriority::BELOW_NORMAL);
-  self.thread.resume();
+  self.state.mainThread().thread.setPriority(ThreadPriority::BELOW_NORMAL);
+  self.state.mainThread().thread.resume();
   setThreads(self.state.threadCount);
 }
 
 void SearchController::setThreads(int n) {
-  implementation_->idle.wait();
-  implementation_->state.threadCount = n;
+  Implementation& self = *implementation_;
+  self.idle().wait();
+  self.state.waitForWorkers();
+  n = std::clamp(n, 1, MAX_THREADS);
+  self.state.threadCount = self.booted ? setWorkerThreads(self.state, n) : n;
 }
 
 int SearchController::threadCount() const {
@@ -144,8 +156,8 @@ int SearchController::threadCount() const {
 
 void SearchController::start(const Board& board, bool async) {
   Implementation& self = *implementation_;
-  self.idle.wait();
-  self.idle.reset();
+  self.idle().wait();
+  self.idle().reset();
   {
     const std::lock_guard lock(self.mutex);
     self.stopRequested = false;
@@ -153,11 +165,11 @@ void SearchController::start(const Board& board, bool async) {
   self.state.clock.reset();
   self.state.forgetProgress();
   self.prepare(board);
-  if (async && self.thread.running()) {
-    self.wake.set();
+  if (async && self.state.mainThread().thread.running()) {
+    self.state.mainThread().wake.set();
   } else {
     self.runSearches();
-    self.idle.set();
+    self.idle().set();
   }
 }
 
@@ -178,7 +190,7 @@ void SearchController::stopAndWait() {
     self.stopping = true;
   }
   self.requestStop();
-  self.idle.wait();
+  self.idle().wait();
   const std::lock_guard lock(self.mutex);
   self.stopping = false;
 }
@@ -197,7 +209,7 @@ void SearchController::ponderhit() {
 }
 
 bool SearchController::isIdle() const {
-  return implementation_->idle.isSet();
+  return implementation_->idle().isSet();
 }
 
 void SearchController::setListener(SearchObserver* listener) {

@@ -25,6 +25,19 @@ void SearchState::forgetProgress() {
   rootMoveCount.store(0, std::memory_order_relaxed);
 }
 
+void SearchState::waitForWorkers() {
+  for (int i = 1; i < MAX_THREADS; ++i) {
+    if (threads[i]->thread.running()) threads[i]->asleep.wait();
+  }
+}
+
+void SearchState::wakeWorkers() {
+  for (int i = 1; i < threadCount; ++i) {
+    threads[i]->asleep.reset();
+    threads[i]->wake.set();
+  }
+}
+
 bool SearchState::isSpent(const SearchThread& thread) {
   const bool nodesSpent = clock.nodeLimit != 0 && thread.counters.nodes() >= clock.nodeLimit;
   if (!nodesSpent && !clock.isTimeUp()) return false;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "board/board.h"
 #include "board/score.h"
 #include "egbb/bitbases.h"
 #include "search/pv_line.h"
@@ -28,9 +29,7 @@ struct RootMove {
 struct BitbaseLimits {
   int probe = -1;   // men that they cover at all
   int memory = -1;  // men that they answer for at every ply
-  // From this ply on, only what they hold in memory. Written by the main search thread between
-  // iterations; other threads learn of it through the split nodes that they join.
-  std::atomic<int> ply{0};
+  int ply = 0;      // from this one on, only what they hold in memory; new in every iteration
 };
 
 // A split depth that no search reaches.
@@ -49,6 +48,8 @@ struct SearchState {
   // For the next search. Only while none runs.
   void clearStop();
   void forgetProgress();
+  void waitForWorkers();  // until all that there are sleep
+  void wakeWorkers();     // those that are in use
   // Has a thread used up the search's time or nodes? Then the search is stopped.
   bool isSpent(const SearchThread& thread);
   bool isStopped() const { return stopped.load(std::memory_order_relaxed); }
@@ -69,6 +70,12 @@ struct SearchState {
   SearchObserver* observer = nullptr;
 
   std::atomic<bool> stopped{false};
+  bool leaving = false;  // with a thread's `wake`: it is to end
+
+  // The parallel search: guards who is idle and who works where.
+  SpinLock splitLock;
+  std::atomic<int> idleCount{0};  // relaxed: read without the lock only to see whether to try
+  Board rootBoard;                // where the workers begin
   BitbaseLimits bitbaseLimits;
   int minSplitDepth = NO_SPLIT_DEPTH;  // what remains to be searched below a node that is split
 

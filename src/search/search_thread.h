@@ -6,8 +6,12 @@
 
 #include "board/board.h"
 #include "eval/evaluator.h"
+#include "platform/event.h"
+#include "platform/thread.h"
 #include "search/pv_line.h"
 #include "search/search_counters.h"
+#include "search/spin_lock.h"
+#include "search/split_node.h"
 
 namespace ombrin {
 
@@ -65,6 +69,22 @@ struct SearchThread {
   SearchCounters counters;
   std::array<PvLine, PLIES> pv{};
   std::array<std::array<Move, MOVE_ROOM>, PLIES> moves{};
+
+  // The parallel search. Others give an idle thread its split node, and an aborted one its mark.
+  static constexpr int SPLIT_NODES = 8;
+  alignas(64) std::atomic<SplitNode*> splitNode{nullptr};  // the one it works for
+  // Ready to be given another one. Relaxed: it is only read and written under the global lock.
+  std::atomic<bool> idle{false};
+  SpinLock lock;      // of the abort mark, and of clearing `stop` after an abort
+  int abortMark = 0;  // the ply that an abort takes it back to, 0 when there is none
+  Counter kills;      // aborts received; under the lock
+  int splitNodesInUse = 0;
+  std::array<SplitNode, SPLIT_NODES> pool;
+
+  // The thread itself, and its sleep between searches.
+  Event asleep;
+  Event wake;
+  Thread thread;
 };
 
 }  // namespace ombrin

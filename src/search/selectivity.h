@@ -3,22 +3,9 @@
 
 #include "board/board.h"
 #include "board/score.h"
-#include "search/alpha_beta.h"
+#include "search/node_terms.h"
 
 namespace ombrin {
-
-// What a node knows that its moves are judged by. Threads that join in at a split node get a copy.
-struct NodeTerms {
-  Move lastMove;               // the move that led to the node
-  int depth = 0;               // of the node
-  int newDepth = 0;            // of its children
-  Score futility = 30000;      // the most that a quiet move can be expected to reach
-  bool mayReduce = false;      // are late moves searched with less depth?
-  Square threatSquare{8};      // where the opponent threatens to move; off the board when unknown
-  std::uint8_t passedFiles{};  // files with a passed pawn of the side to move
-
-  bool inCheck() const { return lastMove.isCheck(); }
-};
 
 // Is the move of an all node hopeless: does what it takes, on top of the futility value, stay below
 // alpha? Recaptures, checks and far advanced pawns are not judged this way. When the move gives

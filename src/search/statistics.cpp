@@ -72,7 +72,7 @@ void appendThread(std::string& text, const SearchThread& thread, std::uint64_t m
          share(work));
   appendCount(text, perSecond(counters.nodes(), seconds));
   append(text, ", time=%" PRIu64, wait + admin + work);
-  append(text, ", kills=%" PRIu64 "\n", counters.kills.value());
+  append(text, ", kills=%" PRIu64 "\n", thread.kills.value());
 }
 
 }  // namespace

@@ -1,0 +1,492 @@
+#include "search/parallel_search.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <mutex>
+
+#include "board/attacks.h"
+#include "board/make_move.h"
+#include "search/alpha_beta.h"
+#include "search/node.h"
+#include "search/selectivity.h"
+#include "util/log.h"
+#include "util/print.h"
+
+namespace ombrin {
+
+namespace {
+
+constexpr LogChannel SMP_LOG{"smp"};
+// Split nodes above one another: more than all threads together can have open.
+constexpr int MAX_CHAIN = 63;
+
+// Adds the microseconds of its life to a counter.
+class Stopwatch {
+ public:
+  explicit Stopwatch(Counter& counter) : counter_(counter), start_(Clock::now()) {}
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+  ~Stopwatch() {
+    using std::chrono::microseconds;
+    const auto time = std::chrono::duration_cast<microseconds>(Clock::now() - start_);
+    counter_ += static_cast<std::uint64_t>(time.count());
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  Counter& counter_;
+  Clock::time_point start_;
+};
+
+SplitNode* parentOf(const SplitNode& node) {
+  // Relaxed: a chain is walked under the global lock, or upwards from a node that one works for,
+  // whose ancestors were there before it.
+  return node.parent.load(std::memory_order_relaxed);
+}
+
+// Is the node `ancestor`, or below it?
+bool isWithin(const SplitNode* node, const SplitNode* ancestor) {
+  for (int steps = 0; node != nullptr && steps < MAX_CHAIN; ++steps, node = parentOf(*node)) {
+    if (node == ancestor) return true;
+  }
+  return false;
+}
+
+// The split node that the thread works for or has been assigned to.
+SplitNode* currentNode(const SearchThread& thread) {
+  // Acquire: whoever finds an assignment sees the node as it was when it was assigned.
+  return thread.splitNode.load(std::memory_order_acquire);
+}
+
+void setCurrentNode(SearchThread& thread, SplitNode* node) {
+  thread.splitNode.store(node, std::memory_order_release);
+}
+
+void leave(SplitNode& node) {
+  node.threads.fetch_sub(1, std::memory_order_release);
+}
+
+// Acquire: once the others have left, what they have written is there.
+int threadsAt(const SplitNode& node) {
+  return node.threads.load(std::memory_order_acquire);
+}
+
+// Ends an abort: what still stops the thread is the end of the search. See SearchState::requestStop
+// for the order.
+void resume(SearchThread& thread) {
+  thread.stop.store(false, std::memory_order_seq_cst);
+  if (thread.state.stopped.load(std::memory_order_seq_cst)) {
+    thread.stop.store(true, std::memory_order_seq_cst);
+  }
+}
+
+// The moves that a thread has made to get from one node to another one below it.
+class Replay {
+ public:
+  // Waits for the path to be ready. The board must stand at the path's move number `from`.
+  Replay(SearchThread& thread, const SplitNode& node, int from) : board_(thread.board) {
+    for (SpinWait wait; node.state.load(std::memory_order_acquire) < SplitNode::PATH_READY;) {
+      wait.pause();
+    }
+    for (; from < node.ply; ++from) {
+      moves_[count_] = node.path[from];
+      saved_[count_] = board_.save();
+      if (moves_[count_]) {
+        makeMove(board_, moves_[count_]);
+      } else {
+        makeNullMove(board_);
+      }
+      ++count_;
+    }
+  }
+  Replay(const Replay&) = delete;
+  Replay& operator=(const Replay&) = delete;
+  ~Replay() {
+    while (count_ > 0) {
+      --count_;
+      if (moves_[count_]) {
+        unmakeMove(board_, moves_[count_], saved_[count_]);
+      } else {
+        unmakeNullMove(board_, saved_[count_]);
+      }
+    }
+  }
+
+ private:
+  Board& board_;
+  int count_ = 0;
+  std::array<Move, SplitNode::MAX_PATH> moves_;
+  std::array<SavedState, SplitNode::MAX_PATH> saved_;
+};
+
+// May an idle thread help at a new node below `parent`? A thread that waits for the others at its
+// own split node may only help below that one: what it begins elsewhere could keep it from coming
+// back.
+bool mayHelp(const SearchThread& idle, const SplitNode* parent, int threadCount) {
+  if (idle.isStopped() || !idle.idle.load(std::memory_order_relaxed)) return false;
+  const SplitNode* const waitingFor = currentNode(idle);
+  if (waitingFor == nullptr) return true;
+  if (threadsAt(*waitingFor) < 2) return false;  // about to go on by itself
+  return threadCount <= 2 || isWithin(parent, waitingFor);
+}
+
+// Fills in what the joined threads wait for: the way to the node first, then the moves.
+void fillIn(SearchThread& thread, SplitNode& node, Move move, MovePicker& picker) {
+  const Board& board = thread.board;
+  std::copy_n(board.moveHistory.begin() + (board.ply - node.ply), node.ply, node.path.begin());
+  node.state.store(SplitNode::PATH_READY, std::memory_order_release);
+
+  int count = 0;
+  node.killerStart = node.quietStart = 0;
+  for (; move; move = picker.next()) {
+    if (picker.stage() < MovePicker::KILLER1) node.killerStart = count + 1;
+    if (picker.stage() < MovePicker::QUIET) node.quietStart = count + 1;
+    node.moves[count++] = move;
+  }
+  node.moves[count] = NULL_MOVE;
+  node.next.store(0, std::memory_order_relaxed);
+  node.end.store(count, std::memory_order_relaxed);
+  node.state.store(SplitNode::COMPLETE, std::memory_order_release);
+}
+
+void waitForMoves(const SplitNode& node) {
+  for (SpinWait wait; node.state.load(std::memory_order_acquire) < SplitNode::COMPLETE;) {
+    wait.pause();
+  }
+}
+
+// The next move to search, with its number; the null move when there is none.
+Move takeMove(SplitNode& node, int& number) {
+  number = node.next.fetch_add(1, std::memory_order_relaxed);
+  return number < node.end.load(std::memory_order_relaxed) ? node.moves[number] : NULL_MOVE;
+}
+
+// After an abort: is it for a node further up? Then the thread stays stopped, else it goes on.
+void reconsiderStop(SearchThread& thread) {
+  const std::lock_guard lock(thread.lock);
+  const SplitNode* failed = nullptr;
+  for (const SplitNode* node = currentNode(thread); node != nullptr; node = parentOf(*node)) {
+    if (node->currentBest() >= node->beta) failed = node;
+  }
+  thread.abortMark = failed != nullptr ? failed->ply : 0;
+  if (failed != nullptr) {
+    thread.stop.store(true, std::memory_order_seq_cst);
+  } else {
+    resume(thread);
+  }
+}
+
+// Marks the thread as idle until it is assigned to a node other than `own`, or `isOver` says so.
+// The node that it has been assigned to, null when there is none.
+template <typename IsOver>
+SplitNode* waitForWork(SearchThread& thread, SplitNode* own, IsOver isOver) {
+  SearchState& state = thread.state;
+  const Stopwatch stopwatch(thread.counters.waitTime);
+  {
+    const std::lock_guard lock(state.splitLock);
+    thread.idle.store(true, std::memory_order_relaxed);
+    state.idleCount.fetch_add(1, std::memory_order_relaxed);
+  }
+  for (SpinWait wait; !thread.isStopped() && currentNode(thread) == own && !isOver();) wait.pause();
+  const std::lock_guard lock(state.splitLock);
+  thread.idle.store(false, std::memory_order_relaxed);
+  SplitNode* const assigned = currentNode(thread);
+  if (assigned != own) return assigned;
+  state.idleCount.fetch_sub(1, std::memory_order_relaxed);
+  return nullptr;
+}
+
+// The owner of a node whose moves have all been taken helps below it until the others are done.
+void helpWhileWaiting(SearchThread& thread, SplitNode& own) {
+  while (!thread.isStopped()) {
+    SplitNode* const node = waitForWork(thread, &own, [&own] { return threadsAt(own) <= 1; });
+    if (node == nullptr && !thread.isStopped()) return;
+    if (node != nullptr) {
+      if (!thread.isStopped() && threadsAt(own) > 1) {
+        const Replay replay(thread, *node, own.ply);
+        waitForMoves(*node);
+        splitNodeSearch(thread, *node);
+      }
+      const std::lock_guard lock(thread.state.splitLock);
+      setCurrentNode(thread, &own);
+      leave(*node);
+    }
+    if (thread.isStopped()) reconsiderStop(thread);
+  }
+}
+
+// A worker's turn at the node it has been assigned to.
+void workAt(SearchThread& thread, SplitNode& node) {
+  SearchCounters& counters = thread.counters;
+  const std::uint64_t waitedBefore = counters.waitTime.value();
+  Counter busy;
+  Counter whole;
+  {
+    const Stopwatch wholeTime(whole);
+    if (!thread.isStopped()) {
+      const Replay replay(thread, node, 0);
+      waitForMoves(node);
+      const Stopwatch busyTime(busy);
+      splitNodeSearch(thread, node);
+    }
+    const std::lock_guard lock(thread.state.splitLock);
+    setCurrentNode(thread, nullptr);
+    leave(node);
+  }
+  const std::uint64_t waited = counters.waitTime.value() - waitedBefore;
+  counters.workTime += busy.value() - std::min(busy.value(), waited);
+  counters.adminTime += whole.value() - busy.value();
+}
+
+}  // namespace
+
+SplitNode* trySplit(SearchThread& thread) {
+  // Step 1. Nobody idle, or somebody else looking for help: not now.
+  SearchState& state = thread.state;
+  if (state.idleCount.load(std::memory_order_relaxed) == 0 || !state.splitLock.try_lock()) {
+    return nullptr;
+  }
+  const std::lock_guard lock(state.splitLock, std::adopt_lock);
+  if (thread.isStopped()) return nullptr;
+
+  // Step 2. A fresh record, with the thread itself at work.
+  SplitNode& node = thread.pool[thread.splitNodesInUse];
+  SplitNode* const parent = currentNode(thread);
+  node.owner = &thread;
+  node.parent.store(parent, std::memory_order_relaxed);
+  node.state.store(SplitNode::SETTING_UP, std::memory_order_relaxed);
+  node.threads.store(1, std::memory_order_relaxed);
+  ++thread.counters.splits;
+
+  // Step 3. Everyone who may joins.
+  int joined = 0;
+  for (int i = 0; i < state.threadCount; ++i) {
+    SearchThread& other = *state.threads[i];
+    if (&other == &thread || !mayHelp(other, parent, state.threadCount)) continue;
+    other.idle.store(false, std::memory_order_relaxed);
+    setCurrentNode(other, &node);
+    ++joined;
+  }
+  if (joined == 0) return nullptr;
+
+  // Step 4. Success.
+  state.idleCount.fetch_sub(joined, std::memory_order_relaxed);
+  setCurrentNode(thread, &node);
+  node.threads.store(joined + 1, std::memory_order_relaxed);
+  return &node;
+}
+
+NodeResult searchSplit(SearchThread& thread, SplitNode& node, const NodeTerms& terms, NodeType type,
+                       int ply, Score beta, const NodeResult& soFar, Move move,
+                       MovePicker& picker) {
+  // Step 1. Hand the node over.
+  ++thread.splitNodesInUse;
+  node.terms = terms;
+  node.type = type;
+  node.ply = ply;
+  node.beta = beta;
+  node.alpha.store(soFar.alpha, std::memory_order_relaxed);
+  node.best.store(soFar.best, std::memory_order_relaxed);
+  node.bestMove = soFar.bestMove;
+  fillIn(thread, node, move, picker);
+
+  // Step 2. Search a share of it, and help the others with theirs.
+  const std::uint64_t nodesBefore = thread.counters.nodes();
+  splitNodeSearch(thread, node);
+  if (!thread.isStopped() && threadsAt(node) > 1 && node.currentBest() < beta) {
+    helpWhileWaiting(thread, node);
+  }
+  thread.counters.splitnodes += thread.counters.nodes() - nodesBefore;
+
+  // Step 3. Wait until everyone has left.
+  if (threadsAt(node) > 1) {
+    const Stopwatch stopwatch(thread.counters.waitTime);
+    for (SpinWait wait; threadsAt(node) > 1;) wait.pause();
+  }
+  setCurrentNode(thread, parentOf(node));
+  leave(node);
+  --thread.splitNodesInUse;
+
+  // Step 4. An abort of this node or one below it ends here.
+  {
+    const std::lock_guard lock(thread.lock);
+    if (thread.abortMark != 0 && ply <= thread.abortMark) {
+      thread.abortMark = 0;
+      resume(thread);
+    }
+  }
+  return {node.currentAlpha(), node.currentBest(), node.bestMove};
+}
+
+void splitNodeSearch(SearchThread& thread, SplitNode& node) {
+  Board& board = thread.board;
+  SearchCounters& counters = thread.counters;
+  const NodeTerms& terms = node.terms;
+  const NodeType type = node.type;
+  const int ply = node.ply;
+  const Score beta = node.beta;
+  const SavedState saved = board.save();
+  const Square king = board.kingSquare(board.side);
+  Score best = node.currentBest();
+  Move bestMove;
+
+  while (!thread.isStopped()) {
+    // Step 1. Take a move; when there are none left, leave behind what came of one's own.
+    int number = 0;
+    Move move = takeMove(node, number);
+    if (!move) {
+      if (best <= node.currentBest()) return;
+      const std::lock_guard lock(node.lock);
+      if (best <= node.currentBest()) return;
+      node.best.store(best, std::memory_order_relaxed);
+      if (bestMove) node.bestMove = bestMove;
+      return;
+    }
+
+    // Step 2. Moves that need no search.
+    if (!terms.inCheck() && uncovers(board, king, move.from(), move.to())) continue;
+    const Score alpha = node.currentAlpha();
+    if (alpha >= beta) return;
+    if (type == ALL_NODE && number >= node.killerStart && isFutile(board, terms, alpha, move)) {
+      best = std::max(best, terms.futility);
+      ++counters.pnodes;
+      continue;
+    }
+
+    // Step 3. Make it; extensions.
+    const bool isLate =
+        terms.mayReduce && number >= node.quietStart && !isActive(board, terms, move);
+    move = makeMove(board, move);
+    if (!move) continue;
+    ++counters.splitmoves;
+    thread.state.tt.prefetch(board);
+    __builtin_prefetch(&thread.evaluator.pawnHash().slot(board.phash));
+    const int extended = extension(board, terms, type, move, 3);
+    const int depth = terms.newDepth + extended;
+
+    // Step 4. Search it, a late move with less depth first.
+    bool open = true;
+    Score score;
+    if (isLate && extended == 0 && !move.isCheck()) {
+      ++counters.reducetries;
+      score = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, depth - 1, move.with(Move::REDUCED),
+                         CUT_NODE);
+      open = score > alpha && !thread.isStopped();
+      if (open) ++counters.reducefails;
+    }
+    if (open && alpha + 1 < beta) {
+      score = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, depth, move, CUT_NODE);
+      open = score > alpha && !thread.isStopped();
+      if (open) score = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, move, PV_NODE);
+    } else if (open) {
+      score = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, move, -type);
+    }
+    unmakeMove(board, move, saved);
+    if (thread.isStopped()) return;
+
+    // Step 5. See what it was worth.
+    if (score >= beta) {
+      abortSplit(thread, node, move, score);
+      ++counters.cutnodes;
+      return;
+    }
+    if (score <= best) continue;
+    best = score;
+    bestMove = move;
+    if (score > alpha) {
+      const std::lock_guard lock(node.lock);
+      if (score > node.currentAlpha()) {
+        node.alpha.store(score, std::memory_order_relaxed);
+        node.best.store(score, std::memory_order_relaxed);
+        node.bestMove = move;
+        node.owner->pv[ply].set(move, thread.pv[ply + 1]);
+        ++counters.raises;
+      }
+    }
+  }
+}
+
+void abortSplit(SearchThread& thread, SplitNode& node, Move move, Score score) {
+  SearchState& state = thread.state;
+  ++thread.counters.splitfails;
+  const std::lock_guard globalLock(state.splitLock);
+  node.end.store(0, std::memory_order_relaxed);
+  {
+    const std::lock_guard lock(node.lock);
+    if (score > node.currentBest()) {
+      node.alpha.store(score, std::memory_order_relaxed);
+      node.best.store(score, std::memory_order_relaxed);
+      node.bestMove = move;
+    }
+  }
+  if (thread.isStopped()) return;  // by an abort further up, which has reached everyone
+  for (int i = 0; i < state.threadCount; ++i) {
+    SearchThread& other = *state.threads[i];
+    if (&other == &thread || !isWithin(currentNode(other), &node)) continue;
+    const std::lock_guard lock(other.lock);
+    ++other.kills;
+    if (other.abortMark != 0 && other.abortMark <= node.ply) continue;
+    other.abortMark = node.ply;
+    other.idle.store(false, std::memory_order_relaxed);
+    other.stop.store(true, std::memory_order_seq_cst);
+  }
+}
+
+void workerMain(SearchThread& thread) {
+  SearchState& state = thread.state;
+  for (;;) {
+    logDebug(SMP_LOG, "thread %i: sleep()\n", thread.index);
+    thread.wake.reset();
+    thread.asleep.set();
+    thread.wake.wait();
+    if (state.leaving) return;
+    logDebug(SMP_LOG, "thread %i: awoke()\n", thread.index);
+    thread.board.copyFrom(state.rootBoard);
+    for (;;) {
+      {
+        const std::lock_guard lock(thread.lock);
+        thread.abortMark = 0;
+        resume(thread);
+      }
+      if (thread.isStopped()) break;
+      SplitNode* const node = waitForWork(thread, nullptr, [] { return false; });
+      if (node != nullptr) workAt(thread, *node);
+    }
+  }
+}
+
+int setWorkerThreads(SearchState& state, int n) {
+  n = std::clamp(n, 1, SearchState::MAX_THREADS);
+  int started = 0;
+  for (int i = 1; i < n; ++i) {
+    SearchThread& thread = *state.threads[i];
+    thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+    if (thread.thread.running()) continue;
+    logInfo(SMP_LOG, "starting worker%i...\n", i);
+    thread.asleep.reset();
+    thread.thread = Thread::createSuspended([&thread] { workerMain(thread); });
+    if (!thread.thread.running()) {
+      print(stderr, "no thread for worker%i\n", i);
+      n = i;
+      break;
+    }
+    thread.thread.setPriority(ThreadPriority::BELOW_NORMAL);
+    thread.thread.resume();
+    ++started;
+  }
+  logInfo(SMP_LOG, "started %i new worker threads\n", started);
+
+  int parked = 0;
+  for (int i = n; i < SearchState::MAX_THREADS; ++i) {
+    SearchThread& thread = *state.threads[i];
+    if (i > 0) thread.evaluator.pawnHash().resize(1);
+    if (!thread.thread.running()) continue;
+    thread.stop.store(true, std::memory_order_seq_cst);
+    ++parked;
+  }
+  if (parked > 0) logInfo(SMP_LOG, "put %i threads to sleep\n", parked);
+  return n;
+}
+
+}  // namespace ombrin
