@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
             MateCase{"6k1/8/8/8/4K3/8/8/1Q6 w - -", 4}, MateCase{"8/8/6k1/8/8/8/1R6/R5K1 w - -", 4},
             MateCase{"8/8/5k2/8/8/8/1R6/R5K1 w - -", 5}, MateCase{"8/8/8/8/8/5k2/7q/5K2 w - -", -1},
             MateCase{"k7/8/2K5/8/8/8/8/6R1 b - -", -2}, MateCase{"6k1/8/4K3/8/8/8/8/7Q b - -", -3}),
-        testing::Values(1)));
+        testing::Values(1, 2, 4)));
 
 TEST(SearchTest, EndsAtOnceWithoutALegalMove) {
   struct End : SearchObserver {
