@@ -58,6 +58,8 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
 }
 
 void WinboardFrontEnd::enter() {
+  // A GUI raises this signal to draw attention to a command that follows; commands are read anyway.
+  std::signal(SIGINT, SIG_IGN);
   control_.listen(*this);
   redirectLog();
   // GUIs of this protocol interrupt a program that ponders before they send it a line, so that it

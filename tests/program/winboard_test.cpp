@@ -345,6 +345,12 @@ TEST_F(Winboard, PlaysAtOnceWhenTold) {
   EXPECT_TRUE(matches(session_.waitFor("move "), MOVE));
 }
 
+TEST_F(Winboard, IsNotInterruptedBySignals) {
+  send("new");
+  session_.process().kill(SIGINT);
+  EXPECT_TRUE(ask("time 100").empty());
+}
+
 TEST_F(Winboard, PlaysFastWhilePondering) {
   // Answers come at once, so that commands meet searches that are ending or beginning.
   newGame();
