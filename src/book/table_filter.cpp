@@ -1,6 +1,7 @@
 #include "book/table_filter.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ombrin {
 
@@ -50,7 +51,7 @@ void thinPositions(BookTable& table, const BuildSettings& settings, BuildCounter
   forEachPosition(table.entries(), [&](std::span<BookEntry> moves) {
     std::int64_t games = 0;
     for (const BookEntry& move : moves) games += static_cast<std::int64_t>(move.games());
-    auto budget = static_cast<std::int64_t>(static_cast<double>(games) * settings.keeppct + 0.5);
+    std::int64_t budget = std::llround(static_cast<double>(games) * settings.keeppct);
     for (BookEntry& move : moves) {
       if (budget >= 0) {
         budget -= static_cast<std::int64_t>(move.games());
