@@ -14,8 +14,11 @@ enum PgnResult : int { NO_RESULT = 0, DRAWN = 1, WHITE_WON = 2, BLACK_WON = 3 };
 inline constexpr std::array<std::string_view, 4> PGN_RESULT_TEXTS = {"*", "1/2-1/2", "1-0", "0-1"};
 
 // The texts of a game's moves, one behind the other in one buffer that is kept from game to game.
+// What would make it larger than any game is dropped: a file without tags is one game to its end.
 class MoveTexts {
  public:
+  static constexpr std::size_t MAX_BYTES = 1 << 24;
+
   std::size_t size() const { return ends_.size(); }
   bool empty() const { return ends_.empty(); }
   // Valid until the next change.
@@ -24,12 +27,13 @@ class MoveTexts {
     return std::string_view(text_).substr(start, ends_[index] - start);
   }
   void add(std::string_view text) {
+    if (!fits(text)) return;
     text_ += text;
     ends_.push_back(text_.size());
   }
   // Does nothing when there is no last text.
   void appendToLast(std::string_view more) {
-    if (ends_.empty()) return;
+    if (ends_.empty() || !fits(more)) return;
     text_ += more;
     ends_.back() = text_.size();
   }
@@ -39,6 +43,8 @@ class MoveTexts {
   }
 
  private:
+  bool fits(std::string_view more) const { return text_.size() + more.size() <= MAX_BYTES; }
+
   std::string text_;
   std::vector<std::size_t> ends_;
 };

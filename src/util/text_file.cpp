@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t FIRST_SIZE = 128;
 // The most that is read at once: one long line must not make every line after it cost as much.
 constexpr std::size_t PIECE = 1024;
+// A line that needs more is no text: a file of gigabytes without a line end must not be loaded.
+constexpr std::size_t LARGEST_SIZE = std::size_t{1} << 28;
 constexpr LogChannel LOG{"textfile"};
 
 }  // namespace
@@ -64,9 +66,13 @@ bool TextFile::readPiece(std::size_t& length) {
 bool TextFile::grow(std::size_t length) {
   const bool first = buffer_.empty();
   const std::size_t size = first ? FIRST_SIZE : 2 * buffer_.size();
+  bool hasRoom = size <= LARGEST_SIZE;
   try {
-    buffer_.resize(size);
+    if (hasRoom) buffer_.resize(size);
   } catch (const std::bad_alloc&) {
+    hasRoom = false;
+  }
+  if (!hasRoom) {
     logError(LOG, "out of memory allocating %zu bytes\n", size);
     return false;
   }

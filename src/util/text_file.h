@@ -8,14 +8,14 @@
 
 namespace ombrin {
 
-// Reads lines of any length from a C stream, which its opener closes. CR LF is one line end; a lone
-// CR stays in the line, and so does a NUL byte. One thread at a time.
+// Reads lines of up to a quarter of a gigabyte from a C stream, which its opener closes. CR LF is
+// one line end; a lone CR stays in the line, and so does a NUL byte. One thread at a time.
 class TextFile {
  public:
   explicit TextFile(std::FILE* stream) : stream_(stream) {}
 
   // The next line without its line end, valid until the next call; nothing at the end of the input,
-  // on a read error, or when there is no memory for so long a line. A last line without a line end
+  // on a read error, or when there is no room for so long a line. A last line without a line end
   // is a line. Blocks for as long as the stream does.
   std::optional<std::string_view> readLine();
 

@@ -186,5 +186,14 @@ TEST(PgnReader, ReadsVeryLongLines) {
   EXPECT_EQ(game->moves[59999], "Nf6");
 }
 
+TEST(PgnReader, KeepsNoMoreThanAGameNeeds) {
+  MoveTexts moves;
+  const std::string text(MoveTexts::MAX_BYTES / 4, 'x');
+  for (int i = 0; i < 6; ++i) moves.add(text);
+  EXPECT_EQ(moves.size(), 4U);
+  moves.appendToLast("!");
+  EXPECT_EQ(moves[3], text);
+}
+
 }  // namespace
 }  // namespace ombrin
