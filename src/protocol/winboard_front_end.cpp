@@ -1,6 +1,5 @@
 #include "protocol/winboard_front_end.h"
 
-#include <algorithm>
 #include <csignal>
 #include <cstdarg>
 
@@ -62,9 +61,6 @@ void WinboardFrontEnd::enter() {
   std::signal(SIGINT, SIG_IGN);
   control_.listen(*this);
   redirectLog();
-  // GUIs of this protocol interrupt a program that ponders before they send it a line, so that it
-  // looks at its input. This one always does.
-  std::signal(SIGINT, SIG_IGN);
   active_ = true;
   send("\n");
 }

@@ -196,7 +196,6 @@ TEST_F(Winboard, PondersOnTheExpectedMove) {
   Lines texts = legalTexts();
   std::erase(texts, expected);
   play(texts.front());
-  session_.process().kill(SIGINT);  // as GUIs do to wake a program that ponders
   send("usermove " + texts.front());
   EXPECT_FALSE(engineMove().empty());
   const std::string text = log();
