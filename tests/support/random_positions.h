@@ -3,6 +3,8 @@
 
 #include <array>
 #include <random>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "board/board.h"
@@ -23,7 +25,7 @@ inline constexpr std::array<std::string_view, 12> VARIED_FENS = {
     "r3k2r/8/8/8/8/8/8/R3K2R b KQkq -",
     "8/8/8/2k5/3Pp3/8/8/3K4 b - d3",
     "8/k7/8/KPp4r/8/8/8/8 w - c6",
-    "QQQQQQQQ/Q6k/8/8/8/8/8/KNBR4 w - -",
+    "8/8/8/8/QQQQQ3/QQQQ4/7k/KN6 w - -",
     "6kq/5ppp/8/8/8/8/PPP5/QK6 b - -",
 };
 
@@ -48,7 +50,7 @@ void forRandomPositions(int games, int plies, Visitor&& visit) {
   Board board;
   for (const std::string_view fen : VARIED_FENS) {
     for (int game = 0; game < games; ++game) {
-      if (!setFen(board, fen)) continue;
+      if (!setFen(board, fen)) throw std::logic_error("refused: " + std::string(fen));
       for (int ply = 0; ply < plies; ++ply) {
         visit(board);
         std::array<Move, MAX_MOVES> moves;
