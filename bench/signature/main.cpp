@@ -19,7 +19,7 @@
 
 int main(int argc, char** argv) {
   using namespace ombrin;
-  const int depth = argc > 1 ? std::atoi(argv[1]) : 10;
+  const int depth = argc > 1 ? std::atoi(argv[1]) : 8;
   const int threads = argc > 2 ? std::atoi(argv[2]) : 1;
   const bool verbose = argc > 3;
   logFile = nullptr;
