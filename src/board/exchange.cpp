@@ -78,6 +78,8 @@ int see(Board& board, Color side, Move move) {
   const bool queens = move.promotion() == QUEEN;
   const int gain = move.captured().value() + (queens ? 8 : 0);
   const Piece mover = board.at(from);
+  // Even when it is taken in return, it has not lost more than it took.
+  if (!queens && move.captured().value() >= mover.value()) return gain;
 
   board.at(from) = EMPTY;
   std::array<Capturers, 2> capturers = {Capturers(board, ~side, target),

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "platform/huge_pages.h"
 #include "util/log.h"
 #include "util/print.h"
 
@@ -81,6 +82,7 @@ bool Tt::obtain() {
   void* start = block_.get();
   if (start == nullptr) return false;
   slots_ = static_cast<Slot*>(std::align(ALIGNMENT, bytes_, start, space));
+  preferHugePages(slots_, bytes_);
   return true;
 }
 
