@@ -46,7 +46,8 @@ RefString UciFrontEnd::setUp(RefString token) {
   }
   if (!(token == "fen")) return token;
   std::string fen;
-  for (token.clear(); !tokens_.atEnd();) {
+  token.clear();
+  while (!tokens_.atEnd()) {
     token = tokens_.nextToken();
     if (token.empty() || token == "moves") break;
     fen += token.view();

@@ -166,9 +166,10 @@ class WinboardFrontEnd final : public SearchObserver {
   int engineSide_ = WHITE;
   int sideBeforeAnalysis_ = WHITE;
   BookExit bookExit_;
-  std::vector<PlyRecord> history_;      // one for each move that can be taken back
-  std::uint32_t settlements_ = 0;       // EngineControl::settlements() that history_ belongs to
-  std::uint64_t searchedPosition_ = 0;  // key of the position that is searched
+  std::vector<PlyRecord> history_;  // one for each move that can be taken back
+  // EngineControl::settlements() when history_ began and the search was started: another number
+  // means another game.
+  std::uint32_t settlements_ = 0;
   bool duringPonderhit_ = false;
   bool thinkAfterPonderhit_ = false;
 

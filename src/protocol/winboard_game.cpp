@@ -135,10 +135,10 @@ void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool 
   if (old != WinboardStatus::IDLE) {
     note("Expected current status==IDLE, got %i\n", static_cast<int>(old));
   }
+  checkHistory();
   updateTime();
   throttle_.reset();
   control_.clock().setInfinite(infinite);
-  searchedPosition_ = control_.board().hash;
   note("go()...");
   if (caller == Caller::SEARCH_THREAD) {
     control_.searchNext();
@@ -209,7 +209,7 @@ void WinboardFrontEnd::finished(int /*depth*/, Score score, Move bestMove) {
     note("finished(): already idle, do nothing");
   } else if (analyze_) {
     note("finished(): analysis mode, do nothing\n");
-  } else if (control_.board().hash != searchedPosition_) {
+  } else if (settlements_ != control_.settlements()) {
     note("finished(): another position has been set up meanwhile");
   } else {
     answer(Caller::SEARCH_THREAD, score, bestMove);

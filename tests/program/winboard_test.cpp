@@ -344,6 +344,18 @@ TEST_F(Winboard, PlaysAtOnceWhenTold) {
   EXPECT_TRUE(matches(session_.waitFor("move "), MOVE));
 }
 
+TEST_F(Winboard, LeavesAGameAloneThatSomeoneElseChanged) {
+  Session session(INI);
+  for (const char* command : {"new", "time 360000", "usermove e2e4", "reset", "?"}) {
+    session.ask(command);
+  }
+  EXPECT_TRUE(contains(session.ask("stop"), "bestmove "));
+  EXPECT_TRUE(contains(session.ask(""), "/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0"));
+  // Moves that were typed are settled; their captures cannot be put back.
+  session.ask("e4 d5 exd5");
+  EXPECT_TRUE(contains(session.ask("undo"), "tellusererror cannot undo"));
+}
+
 TEST_F(Winboard, IsNotInterruptedBySignals) {
   send("new");
   session_.process().kill(SIGINT);
