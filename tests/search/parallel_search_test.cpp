@@ -103,6 +103,7 @@ TEST(ParallelSearchTest, EndsByItsLimits) {
   engine.clock.setInfinite(false);
   engine.searchTo(0, *board);
   EXPECT_TRUE(engine.search.bestMove());
+  engine.clock.setInfinite(true);
   engine.search.setThreads(1);
   engine.searchTo(5, *board);
   EXPECT_EQ(engine.search.depth(), 5);
