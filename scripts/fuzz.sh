@@ -24,12 +24,12 @@ done
 
 failed=0
 for target in "${targets[@]}"; do
-  work=build/fuzz/work/$target
+  grown=build/fuzz/corpus/$target
   found=build/fuzz/found/$target
-  mkdir -p "$work" "$found"
+  mkdir -p "$grown" "$found"
   log=build/fuzz/$target.log
   if "build/fuzz/fuzz/${target}_fuzz" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
-    -artifact_prefix="$found/" -print_final_stats=1 "$work" "fuzz/corpus/$target" 2>"$log"; then
+    -artifact_prefix="$found/" -print_final_stats=1 "$grown" "fuzz/corpus/$target" 2>"$log"; then
     printf '%-12s %s executions\n' "$target" \
       "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")"
   else
