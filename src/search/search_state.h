@@ -72,10 +72,10 @@ struct SearchState {
   std::atomic<bool> stopped{false};
   bool leaving = false;  // with a thread's `wake`: it is to end
 
-  // The parallel search: guards who is idle and who works where.
-  SpinLock splitLock;
+  // The parallel search, on cache lines of its own: guards who is idle and who works where.
+  alignas(64) SpinLock splitLock;
   std::atomic<int> idleCount{0};  // relaxed: read without the lock only to see whether to try
-  Board rootBoard;                // where the workers begin
+  alignas(64) Board rootBoard;    // where the workers begin
   BitbaseLimits bitbaseLimits;
   int minSplitDepth = NO_SPLIT_DEPTH;  // what remains to be searched below a node that is split
 
