@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "board/attacks.h"
 #include "board/geometry.h"
@@ -16,7 +17,7 @@ class Capturers {
   Capturers(const Board& board, Color color, Square target) : board_(board), color_(color) {
     const Square behind = target - forward(color);
     for (const Delta side : {-RIGHT, RIGHT}) {
-      if (board.at(behind + side).isPawnOf(color)) squares_[end_++] = behind + side;
+      if (board.at(behind + side).isPawnOf(color)) add(behind + side);
     }
     for (const PieceType type : {KNIGHT, BISHOP, ROOK, QUEEN}) {
       const int kind = Piece(color, slotRun(type).first).kind();
@@ -27,7 +28,7 @@ class Capturers {
             firstOnLine(board, target, stepAlong(from - target)) != from) {
           return;
         }
-        squares_[end_++] = from;
+        add(from);
       });
     }
   }
@@ -36,7 +37,7 @@ class Capturers {
 
   // Captures with the cheapest man and returns its value; what stood masked behind it joins.
   int capture(Square target) {
-    const Square from = squares_[next_++];
+    const Square from(squares_[next_++]);
     const int value = board_.at(from).value();
     if (isLine(from - target)) {
       const Delta step = stepAlong(from - target);
@@ -50,65 +51,126 @@ class Capturers {
   }
 
  private:
+  void add(Square square) { squares_[end_++] = static_cast<std::uint8_t>(square.number()); }
   void insert(Square square) {
     int place = end_++;
     for (; place > next_ && valueAt(place - 1) > board_.at(square).value(); --place) {
       squares_[place] = squares_[place - 1];
     }
-    squares_[place] = square;
+    squares_[place] = static_cast<std::uint8_t>(square.number());
   }
-  int valueAt(int index) const { return board_.at(squares_[index]).value(); }
+  int valueAt(int index) const { return board_.at(Square(squares_[index])).value(); }
 
   const Board& board_;
   Color color_;
-  std::array<Square, 24> squares_;
+  std::array<std::uint8_t, 24> squares_;
   int next_ = 0;
   int end_ = 0;
 };
 
-bool isNextTo(const Board& board, Color color, Square target) {
-  return (attacksOver(target - board.kingSquare(color)) & KING_ATTACK) != 0;
+// Both sides capture on a move's destination in turn, its opponent first, each with its cheapest
+// man. The mover is off its square for as long as this lives.
+class Exchange {
+ public:
+  Exchange(Board& board, Color side, Move move)
+      : board_(board),
+        side_(side),
+        target_(move.to()),
+        from_(move.from()),
+        mover_(board.at(from_)) {
+    board.at(from_) = EMPTY;
+  }
+  Exchange(const Exchange&) = delete;
+  Exchange& operator=(const Exchange&) = delete;
+  ~Exchange() { board_.at(from_) = mover_; }
+
+  // The next capture: true with the value of the man that makes it, false when there is none. A
+  // king captures only when nobody is left to take it.
+  bool capture(int& value) {
+    Player& player = found(turn_);
+    if (!player.men->empty()) {
+      value = player.men->capture(target_);
+    } else if (player.isKingNear) {
+      const Player& other = found(turn_ ^ 1);
+      if (!other.men->empty() || other.isKingNear) return false;
+      player.isKingNear = false;
+      value = 0;
+    } else {
+      return false;
+    }
+    turn_ ^= 1;
+    return true;
+  }
+
+ private:
+  struct Player {
+    std::optional<Capturers> men;
+    bool isKingNear = false;
+  };
+
+  // The men are looked for when they are first asked for: most exchanges end before one side's
+  // are.
+  Player& found(int turn) {
+    Player& player = players_[turn];
+    if (!player.men) {
+      const Color color = turn == 0 ? ~side_ : side_;
+      player.men.emplace(board_, color, target_);
+      player.isKingNear = (attacksOver(target_ - board_.kingSquare(color)) & KING_ATTACK) != 0;
+    }
+    return player;
+  }
+
+  Board& board_;
+  Color side_;
+  Square target_;
+  Square from_;
+  Piece mover_;
+  int turn_ = 0;
+  std::array<Player, 2> players_;
+};
+
+// The value of what stands on the destination after the move.
+int valueAtRisk(const Board& board, Move move) {
+  return move.promotion() == QUEEN ? 10 : board.at(move.from()).value();
 }
 
 }  // namespace
 
 int see(Board& board, Color side, Move move) {
-  const Square from = move.from();
-  const Square target = move.to();
-  const bool queens = move.promotion() == QUEEN;
-  const int gain = move.captured().value() + (queens ? 8 : 0);
-  const Piece mover = board.at(from);
-  // Even when it is taken in return, it has not lost more than it took.
-  if (!queens && move.captured().value() >= mover.value()) return gain;
+  const int gain = gainOf(move);
+  int standing = valueAtRisk(board, move);
+  if (gain >= standing) return gain;
 
-  board.at(from) = EMPTY;
-  std::array<Capturers, 2> capturers = {Capturers(board, ~side, target),
-                                        Capturers(board, side, target)};
-  std::array<bool, 2> hasKing = {isNextTo(board, ~side, target), isNextTo(board, side, target)};
-  if (mover.type() == KING) hasKing[1] = false;  // it stands on the target
-
-  // Swap off. swap[n] is what the side that captures n-th has won when the exchange ends there.
+  // swap[n] is what the side that captures n-th has won when the exchange ends there.
   std::array<int, 40> swap;
   swap[0] = gain;
   int depth = 0;
-  int standing = queens ? 10 : mover.value();
-  for (int turn = 0;; turn ^= 1) {
-    int capturing = 0;
-    if (!capturers[turn].empty()) {
-      capturing = capturers[turn].capture(target);
-    } else if (hasKing[turn] && capturers[turn ^ 1].empty() && !hasKing[turn ^ 1]) {
-      hasKing[turn] = false;
-    } else {
-      break;
-    }
+  Exchange exchange(board, side, move);
+  for (int capturing = 0; exchange.capture(capturing); standing = capturing) {
     ++depth;
     swap[depth] = standing - swap[depth - 1];
-    standing = capturing;
   }
-  board.at(from) = mover;
-
   for (; depth > 0; --depth) swap[depth - 1] = std::min(swap[depth - 1], -swap[depth]);
   return swap[0] < 0 ? swap[0] : gain;
+}
+
+// A side that would still be behind after its capture does not make it, and the other side has
+// what it wanted.
+bool losesMaterial(Board& board, Color side, Move move) {
+  int won = gainOf(move);
+  int standing = valueAtRisk(board, move);
+  if (won >= standing) return false;
+
+  Exchange exchange(board, side, move);
+  for (int capturing = 0;; standing = capturing) {
+    if (!exchange.capture(capturing)) return false;
+    won = standing - won;
+    if (won <= 0) return false;
+    standing = capturing;
+    if (!exchange.capture(capturing)) return true;
+    won = standing - won;
+    if (won < 0) return true;
+  }
 }
 
 }  // namespace ombrin

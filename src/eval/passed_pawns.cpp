@@ -40,7 +40,7 @@ bool promotesWithKingsHelp(const Board& board, Color color, Square pawn, Square 
 // The bonus of a pawn on the seventh rank that nothing blocks; 0 when it is not about to promote.
 int seventhRank(Board& board, Color color, Square pawn, Square front) {
   const Material opponent = board.material(~color);
-  if (see(board, color, Move(pawn, front, EMPTY, Move::promotionTo(QUEEN))) >= 0 ||
+  if (!losesMaterial(board, color, Move(pawn, front, EMPTY, Move::promotionTo(QUEEN))) ||
       (opponent.pieces() == 1 && promotesWithKingsHelp(board, color, pawn, front))) {
     return promotionBonus(opponent);
   }
@@ -74,7 +74,7 @@ int passedPawn(Board& board, Color color, Square pawn) {
   } else if (rank == SEVENTH) {
     // About to promote, nothing else matters.
     if (const int bonus = seventhRank(board, color, pawn, front); bonus != 0) return bonus;
-  } else if (see(board, color, Move(pawn, front)) >= 0) {
+  } else if (!losesMaterial(board, color, Move(pawn, front))) {
     value += PASSED_FREE[rank];
   }
   return value + kings(board, color, front, rank) + rookBehind(board, color, pawn, rank);

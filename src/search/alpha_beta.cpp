@@ -247,7 +247,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
       killer && !killer.isSameAs(hashMove) && type != PV_NODE && !inCheck &&
       isMove(board, killer, lastMove) &&
       (killer.captured().value() > board.at(killer.from()).value() ||
-       see(board, board.side, killer) >= 0)) {
+       !losesMaterial(board, board.side, killer))) {
     if (const Move move = make(killer)) {
       const Score score = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - 1, move, -type);
       unmakeMove(board, move, saved);

@@ -83,14 +83,14 @@ void MovePicker::orderMainCaptures(Move* end) {
   end_ = current_;
   for (const Move move : std::span(current_, end)) {
     if (move.isSameAs(hashMove_)) continue;
-    const int value = see(board_, board_.side, move);
+    const bool loses = losesMaterial(board_, board_.side, move);
     const bool takesThreat = threat_ && move.to() == threat_.from();
-    if (value < 0 && !takesThreat) {
+    if (loses && !takesThreat) {
       *losingEnd_++ = move;
       continue;
     }
-    keys[end_ - current_] = takesThreat ? (value >= 0 ? THREAT_CAPTURE_KEY : 0)
-                                        : value + (couldAttack(board_, move, king) ? 1 : 0);
+    keys[end_ - current_] = takesThreat ? (loses ? 0 : THREAT_CAPTURE_KEY)
+                                        : gainOf(move) + (couldAttack(board_, move, king) ? 1 : 0);
     *end_++ = move;
   }
   sortByKey({current_, end_}, keys);
@@ -148,9 +148,8 @@ int MovePicker::startQuiescence(int threshold, bool checks, Move hashMove) {
         largestPruned = std::max(largestPruned, 100 * victim);
         continue;
       }
-      key = see(board_, side, move);
-      if (key < 0) continue;
-      if (move.isSameAs(lastCut)) key = LAST_CUT_KEY;
+      if (losesMaterial(board_, side, move)) continue;
+      key = move.isSameAs(lastCut) ? LAST_CUT_KEY : gainOf(move);
     }
     keys[end_ - current_] = key;
     *end_++ = move;
@@ -249,7 +248,7 @@ void MovePicker::promoteQuiet() {
   if (threat_) {
     for (Move& move : std::span(front, end_)) {
       if ((move.from() == threat_.to() || isBetween(move.to(), threat_.from(), threat_.to())) &&
-          see(board_, board_.side, move) >= 0) {
+          !losesMaterial(board_, board_.side, move)) {
         std::swap(move, *front++);
       }
     }
@@ -281,10 +280,8 @@ bool MovePicker::quietCheckBatch() {
   end_ = current_;
   Keys keys;
   for (const Move move : std::span(current_, genQuietChecks(board_, current_))) {
-    const int value = see(board_, board_.side, move);
-    if (value < 0) continue;
-    const int approach =
-        2 * kingDistance(king, move.from()) - kingDistance(king, move.to()) + value;
+    if (losesMaterial(board_, board_.side, move)) continue;
+    const int approach = 2 * kingDistance(king, move.from()) - kingDistance(king, move.to());
     keys[end_ - current_] = approach * board_.at(move.from()).value() + (move.isXray() ? 10 : 0);
     *end_++ = move;
   }
