@@ -30,7 +30,10 @@ class Evaluator {
   // The pawn terms in centipawns, White minus Black; makes pawnEntry() the position's entry.
   int pawnScore();
 
-  // The entry of the position most recently given to evaluate() or pawnScore().
+  // Makes pawnEntry() the position's entry.
+  void probePawnHash();
+
+  // The entry of the position most recently given to evaluate(), pawnScore() or probePawnHash().
   const PawnEntry& pawnEntry() const { return *pawnEntry_; }
 
   PawnHash& pawnHash() { return pawnHash_; }
@@ -47,7 +50,6 @@ class Evaluator {
   };
 
   CacheEntry& cacheEntry() { return cache_[(board_.hash + board_.side) & (CACHE_ENTRIES - 1)]; }
-  void probePawnHash();
   EvaluationTerms computeTerms();
 
   Board& board_;

@@ -265,7 +265,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   }
   terms.mayReduce = depth >= 2 && !inCheck;
   if (terms.mayReduce) {
-    thread.evaluator.pawnScore();
+    thread.evaluator.probePawnHash();
     terms.passedFiles = thread.evaluator.pawnEntry().sides[board.side].passedFiles;
   }
 
