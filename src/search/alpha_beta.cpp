@@ -201,9 +201,8 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   Move bestMove;
   int searched = 0;
   const auto make = [&](Move move) {
-    const Move made = makeMove(board, move);
-    if (made) state.tt.prefetch(board);
-    return made;
+    state.tt.prefetchAfter(board, move);
+    return makeMove(board, move);
   };
   const auto failHigh = [&](Move move, Score score) {
     storeNode(thread, ply, depth, move, score, TT_LOWER);

@@ -357,10 +357,10 @@ void splitNodeSearch(SearchThread& thread, SplitNode& node) {
     // Step 3. Make it; extensions.
     const bool isLate =
         terms.mayReduce && number >= node.quietStart && !isActive(board, terms, move);
+    thread.state.tt.prefetchAfter(board, move);
     move = makeMove(board, move);
     if (!move) continue;
     ++counters.splitmoves;
-    thread.state.tt.prefetch(board);
     __builtin_prefetch(&thread.evaluator.pawnHash().slot(board.phash));
     const int extended = extension(board, terms, type, move, 3);
     const int depth = terms.newDepth + extended;

@@ -137,9 +137,9 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
   Move bestMove;
   while (Move move = picker.next()) {
     if (uncovers(board, king, move.from(), move.to())) continue;
+    state.tt.prefetchAfter(board, move);
     move = makeMove(board, move);
     if (!move) continue;
-    state.tt.prefetch(board);
     Score score;
     bool open = true;
     if (beta > alpha + 1 && best > -MATE) {

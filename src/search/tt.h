@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "board/board.h"
+#include "board/make_move.h"
 #include "board/score.h"
 #include "search/counter.h"
 
@@ -61,7 +62,10 @@ class Tt {
   // Stores move, score, depth and bound; generation is filled in.
   void store(const Board& board, const TtEntry& entry, TtCounters& counters);
   void erase(const Board& board);
-  void prefetch(const Board& board) const { __builtin_prefetch(&slots_[index(board)]); }
+  // Asks the memory for the entries of the position behind an ordinary move, before it is made.
+  void prefetchAfter(const Board& board, Move move) const {
+    __builtin_prefetch(&slots_[index(keyAfter(board, move), ~board.side)]);
+  }
 
  private:
   static constexpr std::size_t ENTRY_BYTES = 16;
@@ -87,7 +91,8 @@ class Tt {
   };
 
   // The position's cluster is this slot and those at index ^ 1, ^ 2 and ^ 3.
-  std::size_t index(const Board& board) const { return (board.hash + 4 * board.side) & mask_; }
+  std::size_t index(std::uint64_t hash, Color side) const { return (hash + 4 * side) & mask_; }
+  std::size_t index(const Board& board) const { return index(board.hash, board.side); }
   static Slot pack(std::uint32_t key, const TtEntry& entry, std::uint8_t generation);
   static bool improves(const TtEntry& entry, Slot old);
   Slot read(std::size_t index) const;
