@@ -21,6 +21,8 @@ void Board::clear() {
   }
   pieceSquare.fill(FREE);
   pieceSquare[0] = 0;
+  byColor = {};
+  byType = {};
   hash = 0;
   side = WHITE;
   ply = 0;
@@ -37,6 +39,8 @@ void Board::clear() {
 void Board::copyFrom(const Board& other) {
   squares = other.squares;
   pieceSquare = other.pieceSquare;
+  byColor = other.byColor;
+  byType = other.byType;
   hash = other.hash;
   side = other.side;
   ply = other.ply;
@@ -92,6 +96,7 @@ Piece Board::addPiece(Color color, PieceType type, Square square) {
   pieceSquare[index] = static_cast<std::uint8_t>(square.number());
   pieceSquare[index + 1] = FREE;
   at(square) = piece;
+  toggleInSets(piece, SquareSet::of(square));
   material(color) += Material::of(type);
   hash ^= pieceKey(piece, square);
   if (type == PAWN) phash ^= pieceKey(piece, square);

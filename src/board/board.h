@@ -8,6 +8,7 @@
 #include "board/move.h"
 #include "board/piece.h"
 #include "board/square.h"
+#include "board/square_set.h"
 
 namespace ombrin {
 
@@ -95,6 +96,14 @@ class Board {
   // run must have a free slot.
   Piece addPiece(Color color, PieceType type, Square square);
 
+  SquareSet occupied() const { return byColor[WHITE] | byColor[BLACK]; }
+  SquareSet men(Color color, PieceType type) const { return byColor[color] & byType[type]; }
+  // Brings men of one kind into the sets and takes them out.
+  void toggleInSets(Piece piece, SquareSet places) {
+    byColor[piece.color()] ^= places;
+    byType[piece.type()] ^= places;
+  }
+
   // Recomputed from scratch.
   std::uint64_t computeHash() const;
   std::uint64_t computePawnHash() const;
@@ -106,6 +115,9 @@ class Board {
   // By piece index: its square. A captured piece keeps its square plus 128; FREE marks a free slot
   // and every terminator; entry 0 is 0.
   std::array<std::uint8_t, 192> pieceSquare;
+  // The squares of the living men that the lists name: of a colour, and of a type in both colours.
+  std::array<SquareSet, 2> byColor;
+  std::array<SquareSet, 8> byType;
   // Zobrist key of pieces, castling rights and en-passant square; the side to move is not in it.
   std::uint64_t hash;
   Color side;

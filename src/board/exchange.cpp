@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "board/attack_sets.h"
 #include "board/attacks.h"
 #include "board/geometry.h"
 
@@ -14,23 +15,19 @@ namespace {
 // The men of one side that can capture on a square, cheapest first. The king is not among them.
 class Capturers {
  public:
-  Capturers(const Board& board, Color color, Square target) : board_(board), color_(color) {
+  // Of the pieces that reach the square, those of this colour are taken.
+  Capturers(const Board& board, Color color, Square target, SquareSet pieces)
+      : board_(board), color_(color) {
     const Square behind = target - forward(color);
     for (const Delta side : {-RIGHT, RIGHT}) {
-      if (board.at(behind + side).isPawnOf(color)) add(behind + side);
+      if (board.at(behind + side).isPawnOf(color)) append(behind + side);
     }
-    for (const PieceType type : {KNIGHT, BISHOP, ROOK, QUEEN}) {
-      const int kind = Piece(color, slotRun(type).first).kind();
-      board.forEach(color, type, [&](Piece piece, Square from) {
-        const int way = kind & attacksOver(target - from) & 63;
-        if (way == 0 || board.at(from) != piece) return;  // lifted for the exchange
-        if ((way & LINE_ATTACK) != 0 &&
-            firstOnLine(board, target, stepAlong(from - target)) != from) {
-          return;
-        }
-        add(from);
-      });
-    }
+    const int pawns = end_;
+    // A dearer piece has a higher index, and of two equals the one earlier in the list goes first.
+    (pieces & board.byColor[color]).forEachSquare([&](Square from) {
+      insert(from, pawns,
+             [&](Square other) { return board_.at(other).index() > board_.at(from).index(); });
+    });
   }
 
   bool empty() const { return next_ == end_; }
@@ -44,22 +41,25 @@ class Capturers {
       const Square behind = firstOnLine(board_, from, step);
       const Piece piece = board_.at(behind);
       if (piece.isOf(color_) && (piece.kind() & attacksOver(step) & LINE_ATTACK) != 0) {
-        insert(behind);
+        insert(behind, next_,
+               [&](Square other) { return board_.at(other).value() > piece.value(); });
       }
     }
     return value;
   }
 
  private:
-  void add(Square square) { squares_[end_++] = static_cast<std::uint8_t>(square.number()); }
-  void insert(Square square) {
+  void append(Square square) { squares_[end_++] = static_cast<std::uint8_t>(square.number()); }
+
+  // Puts the square behind the last one, from `first` on, that need not wait for it.
+  template <typename Waits>
+  void insert(Square square, int first, Waits waits) {
     int place = end_++;
-    for (; place > next_ && valueAt(place - 1) > board_.at(square).value(); --place) {
+    for (; place > first && waits(Square(squares_[place - 1])); --place) {
       squares_[place] = squares_[place - 1];
     }
     squares_[place] = static_cast<std::uint8_t>(square.number());
   }
-  int valueAt(int index) const { return board_.at(Square(squares_[index])).value(); }
 
   const Board& board_;
   Color color_;
@@ -67,6 +67,17 @@ class Capturers {
   int next_ = 0;
   int end_ = 0;
 };
+
+// All knights, bishops, rooks and queens that reach the square when `vacated` is empty.
+SquareSet piecesReaching(const Board& board, Square target, Square vacated) {
+  const SquareSet gone = SquareSet::of(vacated);
+  const SquareSet occupied = board.occupied() & ~gone;
+  const SquareSet queens = board.byType[QUEEN];
+  const SquareSet pieces = (knightReach(target) & board.byType[KNIGHT]) |
+                           (bishopReach(target, occupied) & (board.byType[BISHOP] | queens)) |
+                           (rookReach(target, occupied) & (board.byType[ROOK] | queens));
+  return pieces & ~gone;
+}
 
 // Both sides capture on a move's destination in turn, its opponent first, each with its cheapest
 // man. The mover is off its square for as long as this lives.
@@ -77,7 +88,8 @@ class Exchange {
         side_(side),
         target_(move.to()),
         from_(move.from()),
-        mover_(board.at(from_)) {
+        mover_(board.at(from_)),
+        pieces_(piecesReaching(board, target_, from_)) {
     board.at(from_) = EMPTY;
   }
   Exchange(const Exchange&) = delete;
@@ -114,7 +126,7 @@ class Exchange {
     Player& player = players_[turn];
     if (!player.men) {
       const Color color = turn == 0 ? ~side_ : side_;
-      player.men.emplace(board_, color, target_);
+      player.men.emplace(board_, color, target_, pieces_);
       player.isKingNear = (attacksOver(target_ - board_.kingSquare(color)) & KING_ATTACK) != 0;
     }
     return player;
@@ -125,6 +137,7 @@ class Exchange {
   Square target_;
   Square from_;
   Piece mover_;
+  SquareSet pieces_;  // that can capture at once
   int turn_ = 0;
   std::array<Player, 2> players_;
 };

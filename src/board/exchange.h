@@ -4,7 +4,8 @@
 
 namespace ombrin {
 
-// What a move takes at once, in pawn units: the captured piece, and 8 more for promoting to a queen.
+// What a move takes at once, in pawn units: the captured piece, and 8 more for promoting to a
+// queen.
 constexpr int gainOf(Move move) {
   return move.captured().value() + (move.promotion() == QUEEN ? 8 : 0);
 }

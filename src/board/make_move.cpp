@@ -42,12 +42,14 @@ void shift(Board& board, Square from, Square to) {
   board.at(to) = piece;
   board.pieceSquare[piece.index()] = static_cast<std::uint8_t>(to.number());
   board.at(from) = EMPTY;
+  board.toggleInSets(piece, SquareSet::of(from) | SquareSet::of(to));
 }
 
 // Captured pieces keep their entry, moved off the board by its top bit; a second time brings them
 // back.
-void toggleCaptured(Board& board, Piece piece) {
+void toggleCaptured(Board& board, Piece piece, Square square) {
   board.pieceSquare[piece.index()] ^= 128;
+  board.toggleInSets(piece, SquareSet::of(square));
 }
 
 void dropEnPassant(Board& board) {
@@ -64,7 +66,7 @@ void dropRights(Board& board, Square from, Square to) {
 }
 
 void capture(Board& board, Piece captured, Square square) {
-  toggleCaptured(board, captured);
+  toggleCaptured(board, captured, square);
   board.lastIrreversible = static_cast<std::uint16_t>(board.ply);
   const std::uint64_t key = pieceKey(captured, square);
   board.hash ^= key;
@@ -180,7 +182,7 @@ Move makePromotion(Board& board, Move move) {
   board.hash ^= pieceKey(pawn, from);
   board.phash ^= pieceKey(pawn, from);
   board.promoted[board.promotedCount++] = pawn;
-  toggleCaptured(board, pawn);
+  toggleCaptured(board, pawn, from);
   board.material(mover) -= Material::of(PAWN);
   board.addPiece(mover, move.promotion(), to);
   board.at(from) = EMPTY;
@@ -191,10 +193,11 @@ Move makePromotion(Board& board, Move move) {
 void unmakePromotion(Board& board, Move move) {
   const Piece piece = board.at(move.to());
   board.pieceSquare[piece.index()] = Board::FREE;
+  board.toggleInSets(piece, SquareSet::of(move.to()));
   board.material(board.side) -= Material::of(piece.type());
   board.material(board.side) += Material::of(PAWN);
   const Piece pawn = board.promoted[--board.promotedCount];
-  toggleCaptured(board, pawn);
+  toggleCaptured(board, pawn, move.from());
   board.at(move.from()) = pawn;
   board.at(move.to()) = move.captured();
 }
@@ -258,7 +261,7 @@ void unmakeMove(Board& board, Move move, const SavedState& saved) {
     board.at(move.victimSquare()) = move.captured();
   }
   if (move.isCapture()) {
-    toggleCaptured(board, move.captured());
+    toggleCaptured(board, move.captured(), move.victimSquare());
     board.material(~board.side) += Material::of(move.captured().type());
   }
 }

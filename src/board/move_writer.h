@@ -90,8 +90,13 @@ class MoveWriter {
       for (Square to = from + step; board_.at(to).isEmpty(); to += step) add(from, to);
     }
   }
+  // Onto the squares that a slider reaches; the order only matters when there are several.
   template <std::size_t N>
-  void addSlidingCaptures(Square from, const std::array<Delta, N>& steps) {
+  void addSlidingCaptures(Square from, SquareSet reached, const std::array<Delta, N>& steps) {
+    if (!reached.hasSeveral()) {
+      reached.forEachSquare([this, from](Square to) { add(from, to); });
+      return;
+    }
     for (const Delta step : steps) {
       const Square to = firstOnLine(board_, from, step);
       if (board_.at(to).isOf(~us_)) add(from, to);

@@ -28,6 +28,9 @@ class Square {
   // File and rank from 0 to 7.
   static constexpr Square at(int file, int rank) { return Square(rank * 16 + file); }
 
+  // The inverse of index64().
+  static constexpr Square fromIndex64(int index) { return Square(index + (index & ~7)); }
+
   constexpr int number() const { return number_; }
   constexpr bool isOnBoard() const { return (number_ & 0x88) == 0; }
   constexpr int file() const { return number_ & 7; }

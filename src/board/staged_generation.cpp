@@ -1,4 +1,5 @@
 // The generators of one category each, for the search's move picker.
+#include "board/attack_sets.h"
 #include "board/move_generation.h"
 #include "board/move_writer.h"
 
@@ -174,27 +175,38 @@ Move* genCaptures(Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
   const Delta ahead = forward(us);
+  const SquareSet enemies = board.byColor[~us];
+  const SquareSet occupied = board.occupied();
   writer.addEnPassant();
-  board.forEach(us, PAWN, [&](Piece, Square from) {
-    writer.addPawnCaptures(from);
-    if ((from + ahead).relativeRank(us) == 7 && board.at(from + ahead).isEmpty()) {
-      writer.addPromotions(from, from + ahead);
-    }
-  });
+  const SquareSet movers =
+      (enemies.pawnAttacks(~us) | SquareSet::rank(6, us)) & board.men(us, PAWN);
+  if (!movers.empty()) {
+    board.forEach(us, PAWN, [&](Piece, Square from) {
+      if (!movers.contains(from)) return;
+      writer.addPawnCaptures(from);
+      if ((from + ahead).relativeRank(us) == 7 && board.at(from + ahead).isEmpty()) {
+        writer.addPromotions(from, from + ahead);
+      }
+    });
+  }
   board.forEach(us, KNIGHT, [&](Piece, Square from) {
-    for (const Delta step : KNIGHT_STEPS) {
-      if (board.at(from + step).isOf(~us)) writer.add(from, from + step);
-    }
+    (knightReach(from) & enemies).forEachSquare([&](Square to) { writer.add(from, to); });
   });
-  board.forEach(us, BISHOP,
-                [&](Piece, Square from) { writer.addSlidingCaptures(from, BISHOP_ORDER); });
-  board.forEach(us, ROOK, [&](Piece, Square from) { writer.addSlidingCaptures(from, ROOK_ORDER); });
-  board.forEach(us, QUEEN,
-                [&](Piece, Square from) { writer.addSlidingCaptures(from, QUEEN_ORDER); });
+  board.forEach(us, BISHOP, [&](Piece, Square from) {
+    writer.addSlidingCaptures(from, bishopReach(from, occupied) & enemies, BISHOP_ORDER);
+  });
+  board.forEach(us, ROOK, [&](Piece, Square from) {
+    writer.addSlidingCaptures(from, rookReach(from, occupied) & enemies, ROOK_ORDER);
+  });
+  board.forEach(us, QUEEN, [&](Piece, Square from) {
+    writer.addSlidingCaptures(from, queenReach(from, occupied) & enemies, QUEEN_ORDER);
+  });
   const Square king = board.kingSquare(us);
-  for (const Delta step : KING_STEPS) {
-    const Square to = king + step;
-    if (board.at(to).isOf(~us) && !isAttacked(board, ~us, to)) writer.add(king, to);
+  if (!(kingReach(king) & enemies).empty()) {
+    for (const Delta step : KING_STEPS) {
+      const Square to = king + step;
+      if (board.at(to).isOf(~us) && !isAttacked(board, ~us, to)) writer.add(king, to);
+    }
   }
   return writer.end();
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "board/board.h"
-#include "eval/square_set.h"
+#include "board/square_set.h"
 
 namespace ombrin {
 

@@ -8,7 +8,7 @@
 
 #include "board/color.h"
 #include "board/square.h"
-#include "eval/square_set.h"
+#include "board/square_set.h"
 
 namespace ombrin {
 

@@ -1,6 +1,6 @@
 #include "eval/pawn_structure.h"
 
-#include "eval/square_set.h"
+#include "board/square_set.h"
 #include "eval/square_table.h"
 
 namespace ombrin {

@@ -3,7 +3,7 @@
 #include <array>
 #include <bit>
 
-#include "eval/attack_sets.h"
+#include "board/attack_sets.h"
 #include "eval/phase_score.h"
 #include "eval/square_table.h"
 

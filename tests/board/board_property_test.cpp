@@ -20,6 +20,8 @@ struct Snapshot {
   explicit Snapshot(const Board& board)
       : squares(board.squares),
         pieceSquare(board.pieceSquare),
+        byColor(board.byColor),
+        byType(board.byType),
         keys{board.hash, board.phash},
         words{board.side,
               board.ply,
@@ -34,6 +36,8 @@ struct Snapshot {
 
   std::array<Piece, 256> squares;
   std::array<std::uint8_t, 192> pieceSquare;
+  std::array<SquareSet, 2> byColor;
+  std::array<SquareSet, 8> byType;
   std::array<std::uint64_t, 2> keys;
   std::array<std::uint32_t, 9> words;
 };
@@ -47,6 +51,8 @@ std::set<std::uint32_t> identities(const Move* begin, const Move* end) {
 void expectConsistent(const Board& board) {
   checkBoard(board, "property", board.lastMove());
   EXPECT_EQ(board.phash, board.computePawnHash());
+  std::array<SquareSet, 2> byColor;
+  std::array<SquareSet, 8> byType;
   for (int index = 0; index < 256; ++index) {
     const Square square(index - 64);
     const Piece piece = board.squares[index];
@@ -54,8 +60,11 @@ void expectConsistent(const Board& board) {
       EXPECT_EQ(piece, OFF_BOARD);
     } else if (!piece.isEmpty()) {
       EXPECT_EQ(board.squareOf(piece), square);
+      byColor[piece.color()] |= SquareSet::of(square);
+      byType[piece.type()] |= SquareSet::of(square);
     }
   }
+  EXPECT_TRUE(board.byColor == byColor && board.byType == byType) << writeFen(board);
 }
 
 TEST(MakeMove, KeepsEverythingConsistentAndUnmakeRestoresIt) {
@@ -269,11 +278,12 @@ TEST(See, LeavesTheBoardAloneAndNeverExceedsTheGain) {
     std::array<Move, MAX_MOVES> moves;
     const Move* end = legalMoves(board, moves.data());
     for (const Move* move = moves.data(); move != end; ++move) {
-      const int gain = move->captured().value() + (move->promotion() == QUEEN ? 8 : 0);
+      const int gain = gainOf(*move);
       const int value = see(board, board.side, *move);
       EXPECT_TRUE(value == gain || value < 0) << moveToText(*move);
       const int atRisk = move->promotion() == QUEEN ? 10 : board.at(move->from()).value();
       EXPECT_GE(value, gain - atRisk);
+      EXPECT_EQ(losesMaterial(board, board.side, *move), value < 0) << moveToText(*move);
     }
     EXPECT_TRUE(before == Snapshot(board));
   });

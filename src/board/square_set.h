@@ -17,10 +17,20 @@ class SquareSet {
   constexpr explicit SquareSet(std::uint64_t bits) : bits_(bits) {}
   // The square with that tableIndex.
   static constexpr SquareSet of(int index) { return SquareSet(1ULL << index); }
+  static constexpr SquareSet of(Square square) { return of(square.index64()); }
 
   constexpr bool empty() const { return bits_ == 0; }
   constexpr bool contains(int index) const { return (bits_ >> index & 1) != 0; }
+  constexpr bool contains(Square square) const { return contains(square.index64()); }
   constexpr int count() const { return std::popcount(bits_); }
+  constexpr bool hasSeveral() const { return (bits_ & (bits_ - 1)) != 0; }
+  // Calls visit(Square) for every square, in the order of the bits.
+  template <typename Visitor>
+  constexpr void forEachSquare(Visitor&& visit) const {
+    for (std::uint64_t rest = bits_; rest != 0; rest &= rest - 1) {
+      visit(Square::fromIndex64(std::countr_zero(rest)));
+    }
+  }
   // The same squares as the other side sees them.
   constexpr SquareSet flipped() const { return SquareSet(__builtin_bswap64(bits_)); }
 
@@ -41,6 +51,10 @@ class SquareSet {
   static constexpr SquareSet allAhead(int index) { return SquareSet(FILE_A << 8 << index); }
   static constexpr SquareSet allBehind(int index) { return SquareSet(FILE_H >> 8 >> (63 - index)); }
   static constexpr SquareSet file(int file) { return SquareSet(FILE_A << file); }
+  // The rank that is the n-th of that colour, counted from 0.
+  static constexpr SquareSet rank(int n, Color color) {
+    return SquareSet(0xffULL << 8 * (color == WHITE ? n : 7 - n));
+  }
 
   // On a line through a square, whose other squares are `before` and `after` in the order of their
   // bits: those that a slider on it reaches, up to and including the first occupied one each way
@@ -61,6 +75,11 @@ class SquareSet {
     return SquareSet(a.bits_ & b.bits_);
   }
   constexpr SquareSet& operator|=(SquareSet other) { return *this = *this | other; }
+  constexpr SquareSet& operator&=(SquareSet other) { return *this = *this & other; }
+  constexpr SquareSet& operator^=(SquareSet other) {
+    bits_ ^= other.bits_;
+    return *this;
+  }
   friend constexpr bool operator==(SquareSet, SquareSet) = default;
 
  private:

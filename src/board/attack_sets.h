@@ -5,7 +5,7 @@
 
 #include "board/geometry.h"
 #include "board/piece.h"
-#include "eval/square_set.h"
+#include "board/square_set.h"
 
 namespace ombrin {
 
@@ -39,17 +39,18 @@ consteval LineTable makeLines(Delta first, Delta second) {
 inline constexpr LineTable DIAGONALS = makeLines(UP - RIGHT, UP + RIGHT);
 inline constexpr LineTable STRAIGHTS = makeLines(RIGHT, UP);
 
-consteval std::array<SquareSet, 64> makeKnight() {
+consteval std::array<SquareSet, 64> makeSteps(const std::array<Delta, 8>& steps) {
   std::array<SquareSet, 64> table;
   for (int index = 0; index < 64; ++index) {
-    for (const Delta step : KNIGHT_STEPS) {
+    for (const Delta step : steps) {
       const Square to = Square::at(index % 8, index / 8) + step;
       if (to.isOnBoard()) table[index] |= SquareSet::of(to.index64());
     }
   }
   return table;
 }
-inline constexpr std::array<SquareSet, 64> KNIGHT = makeKnight();
+inline constexpr std::array<SquareSet, 64> KNIGHT = makeSteps(KNIGHT_STEPS);
+inline constexpr std::array<SquareSet, 64> KING = makeSteps(KING_STEPS);
 
 inline SquareSet alongLines(const LinePair& lines, SquareSet occupied) {
   return SquareSet::reach(lines[0].before, lines[0].after, occupied) |
@@ -61,12 +62,18 @@ inline SquareSet alongLines(const LinePair& lines, SquareSet occupied) {
 inline SquareSet knightReach(Square square) {
   return attack_sets::KNIGHT[square.index64()];
 }
+inline SquareSet kingReach(Square square) {
+  return attack_sets::KING[square.index64()];
+}
 // Up to and including the first occupied square in every direction.
 inline SquareSet bishopReach(Square square, SquareSet occupied) {
   return attack_sets::alongLines(attack_sets::DIAGONALS[square.index64()], occupied);
 }
 inline SquareSet rookReach(Square square, SquareSet occupied) {
   return attack_sets::alongLines(attack_sets::STRAIGHTS[square.index64()], occupied);
+}
+inline SquareSet queenReach(Square square, SquareSet occupied) {
+  return bishopReach(square, occupied) | rookReach(square, occupied);
 }
 
 }  // namespace ombrin
