@@ -6,6 +6,7 @@
 
 #include "book/book_format.h"
 #include "book/book_output.h"
+#include "platform/prefetch.h"
 #include "util/print.h"
 
 namespace ombrin {
@@ -95,8 +96,8 @@ bool BookTable::add(std::uint64_t key, std::uint8_t from, std::uint8_t to, Outco
 void BookTable::prefetch(std::uint64_t key) const {
   if (capacity_ == 0) return;
   const std::size_t slot = key % capacity_;
-  __builtin_prefetch(&tags_[slot]);
-  __builtin_prefetch(&numbers_[slot]);
+  ombrin::prefetch(&tags_[slot]);
+  ombrin::prefetch(&numbers_[slot]);
 }
 
 void BookTable::sort() {

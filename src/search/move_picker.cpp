@@ -7,6 +7,7 @@
 #include "board/exchange.h"
 #include "board/geometry.h"
 #include "board/move_generation.h"
+#include "search/search_state.h"
 
 namespace ombrin {
 
@@ -169,7 +170,9 @@ Move MovePicker::next() {
   do {
     while (current_ != end_) {
       const Move move = *current_++;
-      if (!move.isSameAs(hashMove_)) return move;
+      if (move.isSameAs(hashMove_)) continue;
+      if (current_ != end_) thread_.state.tt.prefetchAfter(board_, *current_);
+      return move;
     }
   } while (nextBatch());
   return NULL_MOVE;

@@ -7,6 +7,7 @@
 
 #include "board/attacks.h"
 #include "board/make_move.h"
+#include "platform/prefetch.h"
 #include "search/alpha_beta.h"
 #include "search/node.h"
 #include "search/selectivity.h"
@@ -361,7 +362,7 @@ void splitNodeSearch(SearchThread& thread, SplitNode& node) {
     move = makeMove(board, move);
     if (!move) continue;
     ++counters.splitmoves;
-    __builtin_prefetch(&thread.evaluator.pawnHash().slot(board.phash));
+    prefetch(&thread.evaluator.pawnHash().slot(board.phash));
     const int extended = extension(board, terms, type, move, 3);
     const int depth = terms.newDepth + extended;
 

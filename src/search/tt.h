@@ -7,6 +7,7 @@
 #include "board/board.h"
 #include "board/make_move.h"
 #include "board/score.h"
+#include "platform/prefetch.h"
 #include "search/counter.h"
 
 namespace ombrin {
@@ -64,7 +65,7 @@ class Tt {
   void erase(const Board& board);
   // Asks the memory for the entries of the position behind an ordinary move, before it is made.
   void prefetchAfter(const Board& board, Move move) const {
-    __builtin_prefetch(&slots_[index(keyAfter(board, move), ~board.side)]);
+    prefetch(&slots_[index(keyAfter(board, move), ~board.side)]);
   }
 
  private:
