@@ -75,10 +75,20 @@ void visitOnly(benchmark::State& state) {
 }
 BENCHMARK(visitOnly);
 
+// With the pawn hash, as in play.
 void evaluateCacheOff(benchmark::State& state) {
   visitChildren(state, [](Position& position) { return position.evaluator.evaluateUncached(); });
 }
 BENCHMARK(evaluateCacheOff);
+
+void evaluatePawnHashOff(benchmark::State& state) {
+  visitChildren(state, [](Position& position) {
+    Evaluator& evaluator = position.evaluator;
+    evaluator.pawnHash().slot(position.board.phash).key ^= 1;  // not to be found again
+    return evaluator.evaluateUncached();
+  });
+}
+BENCHMARK(evaluatePawnHashOff);
 
 void evaluateCacheOn(benchmark::State& state) {
   visitChildren(state, [](Position& position) { return position.evaluator.evaluate(); });
@@ -94,18 +104,30 @@ void kingSafetyOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    return kingSafety(position.board, entry, WHITE) - kingSafety(position.board, entry, BLACK);
+    constexpr int ATTACK = 80;
+    return kingSafety(position.board, entry, WHITE, ATTACK) -
+           kingSafety(position.board, entry, BLACK, ATTACK);
   });
 }
 BENCHMARK(kingSafetyOfBoth);
 
+void boardSets(benchmark::State& state) {
+  visitChildren(state, [](Position& position) {
+    position.evaluator.pawnScore();
+    return BoardSets(position.board, position.evaluator.pawnEntry());
+  });
+}
+BENCHMARK(boardSets);
+
+// And their attack on the kings.
 void pieceActivityOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    const BoardSets sets(position.board);
-    return pieceActivity(position.board, sets, entry, WHITE) -
-           pieceActivity(position.board, sets, entry, BLACK);
+    const BoardSets sets(position.board, entry);
+    const PieceActivity white = pieceActivity(position.board, sets, entry, WHITE);
+    const PieceActivity black = pieceActivity(position.board, sets, entry, BLACK);
+    return white.worth - black.worth + white.kingAttack - black.kingAttack;
   });
 }
 BENCHMARK(pieceActivityOfBoth);

@@ -11,39 +11,71 @@ namespace ombrin {
 
 namespace attack_sets {
 
-// A line through a square: the squares on its two sides, in the order of their bits.
-struct Line {
-  SquareSet before;
-  SquareSet after;
-};
+constexpr Square squareOf(int index) {
+  return Square::at(index % 8, index / 8);
+}
 
-// The two lines that go through a square with that step and the next.
-using LinePair = std::array<Line, 2>;
-using LineTable = std::array<LinePair, 64>;
-
-consteval SquareSet ray(Square square, Delta step) {
+consteval SquareSet ray(int index, Delta step) {
   SquareSet set;
-  for (square += step; square.isOnBoard(); square += step) set |= SquareSet::of(square.index64());
+  for (Square square = squareOf(index) + step; square.isOnBoard(); square += step) {
+    set |= SquareSet::of(square.index64());
+  }
   return set;
 }
 
-consteval LineTable makeLines(Delta first, Delta second) {
-  LineTable table;
-  for (int index = 0; index < 64; ++index) {
-    const Square square = Square::at(index % 8, index / 8);
-    table[index] = {Line{ray(square, -first), ray(square, first)},
-                    Line{ray(square, -second), ray(square, second)}};
+// A line through a square, without that square.
+consteval SquareSet line(int index, Delta step) {
+  return ray(index, step) | ray(index, -step);
+}
+
+// The two lines of a bishop or a rook, side by side to be fetched together.
+struct LinePair {
+  SquareSet first;
+  SquareSet second;
+};
+consteval std::array<LinePair, 64> makePairs(Delta first, Delta second) {
+  std::array<LinePair, 64> table;
+  for (int index = 0; index < 64; ++index) table[index] = {line(index, first), line(index, second)};
+  return table;
+}
+inline constexpr std::array<LinePair, 64> DIAGONALS = makePairs(UP + RIGHT, UP - RIGHT);
+inline constexpr std::array<LinePair, 64> STRAIGHTS = makePairs(RIGHT, UP);
+
+// By the file of a slider and the inner files that are occupied on its line: the files it reaches,
+// up to and including the first occupied one each way. The same with ranks.
+using ReachTable = std::array<std::array<SquareSet, 64>, 8>;
+template <typename Lines>
+consteval ReachTable makeReach(Lines line) {
+  ReachTable table;
+  for (int from = 0; from < 8; ++from) {
+    for (int inner = 0; inner < 64; ++inner) {
+      for (const int step : {-1, 1}) {
+        for (int to = from + step; to >= 0 && to < 8; to += step) {
+          table[from][inner] |= line(to);
+          if ((2 * inner >> to & 1) != 0) break;
+        }
+      }
+    }
   }
   return table;
 }
-inline constexpr LineTable DIAGONALS = makeLines(UP - RIGHT, UP + RIGHT);
-inline constexpr LineTable STRAIGHTS = makeLines(RIGHT, UP);
+inline constexpr ReachTable REACHED_FILES = makeReach([](int n) { return SquareSet::file(n); });
+inline constexpr ReachTable REACHED_RANKS =
+    makeReach([](int n) { return SquareSet::rank(n, WHITE); });
+
+// What a slider reaches along a line (the "kindergarten bitboards" of the Chess Programming Wiki).
+inline SquareSet alongFile(SquareSet line, unsigned index, SquareSet occupied) {
+  return REACHED_RANKS[index / 8][(line & occupied).innerRanks(index % 8)] & line;
+}
+inline SquareSet alongOther(SquareSet line, unsigned index, SquareSet occupied) {
+  return REACHED_FILES[index % 8][(line & occupied).innerFiles()] & line;
+}
 
 consteval std::array<SquareSet, 64> makeSteps(const std::array<Delta, 8>& steps) {
   std::array<SquareSet, 64> table;
   for (int index = 0; index < 64; ++index) {
     for (const Delta step : steps) {
-      const Square to = Square::at(index % 8, index / 8) + step;
+      const Square to = squareOf(index) + step;
       if (to.isOnBoard()) table[index] |= SquareSet::of(to.index64());
     }
   }
@@ -52,28 +84,28 @@ consteval std::array<SquareSet, 64> makeSteps(const std::array<Delta, 8>& steps)
 inline constexpr std::array<SquareSet, 64> KNIGHT = makeSteps(KNIGHT_STEPS);
 inline constexpr std::array<SquareSet, 64> KING = makeSteps(KING_STEPS);
 
-inline SquareSet alongLines(const LinePair& lines, SquareSet occupied) {
-  return SquareSet::reach(lines[0].before, lines[0].after, occupied) |
-         SquareSet::reach(lines[1].before, lines[1].after, occupied);
-}
-
 }  // namespace attack_sets
 
-inline SquareSet knightReach(Square square) {
-  return attack_sets::KNIGHT[square.index64()];
+// From the square with that number, 0 to 63.
+inline SquareSet knightReach(unsigned index) {
+  return attack_sets::KNIGHT[index];
 }
-inline SquareSet kingReach(Square square) {
-  return attack_sets::KING[square.index64()];
+inline SquareSet kingReach(unsigned index) {
+  return attack_sets::KING[index];
 }
 // Up to and including the first occupied square in every direction.
-inline SquareSet bishopReach(Square square, SquareSet occupied) {
-  return attack_sets::alongLines(attack_sets::DIAGONALS[square.index64()], occupied);
+inline SquareSet bishopReach(unsigned index, SquareSet occupied) {
+  const auto& [diagonal, antidiagonal] = attack_sets::DIAGONALS[index];
+  return attack_sets::alongOther(diagonal, index, occupied) |
+         attack_sets::alongOther(antidiagonal, index, occupied);
 }
-inline SquareSet rookReach(Square square, SquareSet occupied) {
-  return attack_sets::alongLines(attack_sets::STRAIGHTS[square.index64()], occupied);
+inline SquareSet rookReach(unsigned index, SquareSet occupied) {
+  const auto& [rank, file] = attack_sets::STRAIGHTS[index];
+  return attack_sets::alongOther(rank, index, occupied) |
+         attack_sets::alongFile(file, index, occupied);
 }
-inline SquareSet queenReach(Square square, SquareSet occupied) {
-  return bishopReach(square, occupied) | rookReach(square, occupied);
+inline SquareSet queenReach(unsigned index, SquareSet occupied) {
+  return bishopReach(index, occupied) | rookReach(index, occupied);
 }
 
 }  // namespace ombrin

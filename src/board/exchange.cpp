@@ -73,9 +73,10 @@ SquareSet piecesReaching(const Board& board, Square target, Square vacated) {
   const SquareSet gone = SquareSet::of(vacated);
   const SquareSet occupied = board.occupied() & ~gone;
   const SquareSet queens = board.byType[QUEEN];
-  const SquareSet pieces = (knightReach(target) & board.byType[KNIGHT]) |
-                           (bishopReach(target, occupied) & (board.byType[BISHOP] | queens)) |
-                           (rookReach(target, occupied) & (board.byType[ROOK] | queens));
+  const SquareSet pieces =
+      (knightReach(target.index64()) & board.byType[KNIGHT]) |
+      (bishopReach(target.index64(), occupied) & (board.byType[BISHOP] | queens)) |
+      (rookReach(target.index64(), occupied) & (board.byType[ROOK] | queens));
   return pieces & ~gone;
 }
 

@@ -1,4 +1,4 @@
-// Sets of squares, for questions about whole files and neighbourhoods of pawns at once.
+// Sets of squares, for questions about many squares at once.
 #pragma once
 
 #include <bit>
@@ -24,12 +24,16 @@ class SquareSet {
   constexpr bool contains(Square square) const { return contains(square.index64()); }
   constexpr int count() const { return std::popcount(bits_); }
   constexpr bool hasSeveral() const { return (bits_ & (bits_ - 1)) != 0; }
-  // Calls visit(Square) for every square, in the order of the bits.
+  // Calls visit(index) for every square, in the order of the bits.
+  template <typename Visitor>
+  constexpr void forEach(Visitor&& visit) const {
+    for (std::uint64_t rest = bits_; rest != 0; rest &= rest - 1) {
+      visit(static_cast<unsigned>(std::countr_zero(rest)));
+    }
+  }
   template <typename Visitor>
   constexpr void forEachSquare(Visitor&& visit) const {
-    for (std::uint64_t rest = bits_; rest != 0; rest &= rest - 1) {
-      visit(Square::fromIndex64(std::countr_zero(rest)));
-    }
+    forEach([&visit](unsigned index) { visit(Square::fromIndex64(static_cast<int>(index))); });
   }
   // The same squares as the other side sees them.
   constexpr SquareSet flipped() const { return SquareSet(__builtin_bswap64(bits_)); }
@@ -37,34 +41,34 @@ class SquareSet {
   // Every square one rank ahead or behind; what leaves the board is lost.
   constexpr SquareSet ahead() const { return SquareSet(bits_ << 8); }
   constexpr SquareSet behind() const { return SquareSet(bits_ >> 8); }
+  // The same as a colour's pawns go.
+  constexpr SquareSet ahead(Color color) const { return color == WHITE ? ahead() : behind(); }
+  constexpr SquareSet behind(Color color) const { return ahead(~color); }
   // The squares to the left, to the right, and both.
   constexpr SquareSet left() const { return SquareSet((bits_ & ~FILE_A) >> 1); }
   constexpr SquareSet right() const { return SquareSet((bits_ & ~FILE_H) << 1); }
   constexpr SquareSet beside() const { return left() | right(); }
 
   // The squares that pawns on these attack.
-  constexpr SquareSet pawnAttacks(Color color) const {
-    return (color == WHITE ? ahead() : behind()).beside();
-  }
+  constexpr SquareSet pawnAttacks(Color color) const { return ahead(color).beside(); }
 
   // All squares of the file of the square `index`, in front of it and behind it.
   static constexpr SquareSet allAhead(int index) { return SquareSet(FILE_A << 8 << index); }
   static constexpr SquareSet allBehind(int index) { return SquareSet(FILE_H >> 8 >> (63 - index)); }
   static constexpr SquareSet file(int file) { return SquareSet(FILE_A << file); }
+  // All files whose bit is set.
+  static constexpr SquareSet files(std::uint8_t bits) { return SquareSet(FILE_A * bits); }
   // The rank that is the n-th of that colour, counted from 0.
   static constexpr SquareSet rank(int n, Color color) {
     return SquareSet(0xffULL << 8 * (color == WHITE ? n : 7 - n));
   }
 
-  // On a line through a square, whose other squares are `before` and `after` in the order of their
-  // bits: those that a slider on it reaches, up to and including the first occupied one each way
-  // (the "obstruction difference" of the Chess Programming Wiki).
-  static constexpr SquareSet reach(SquareSet before, SquareSet after, SquareSet occupied) {
-    const std::uint64_t below = (before & occupied).bits_ | 1;
-    const std::uint64_t above = (after & occupied).bits_;
-    const std::uint64_t nearestAbove = above & (0 - above);
-    const std::uint64_t fromNearestBelow = ~0ULL << (std::countl_zero(below) ^ 63);
-    return SquareSet(2 * nearestAbove + fromNearestBelow) & (before | after);
+  // Which of the six inner files hold one of these squares, as a number; at most one a file.
+  constexpr int innerFiles() const { return static_cast<int>(bits_ * (FILE_A << 1) >> 58); }
+
+  // The same of the inner ranks, for squares of one file.
+  constexpr int innerRanks(int file) const {
+    return static_cast<int>(bits_ * (0x0004081020408000 >> file) >> 58);
   }
 
   constexpr SquareSet operator~() const { return SquareSet(~bits_); }
@@ -75,7 +79,6 @@ class SquareSet {
     return SquareSet(a.bits_ & b.bits_);
   }
   constexpr SquareSet& operator|=(SquareSet other) { return *this = *this | other; }
-  constexpr SquareSet& operator&=(SquareSet other) { return *this = *this & other; }
   constexpr SquareSet& operator^=(SquareSet other) {
     bits_ ^= other.bits_;
     return *this;

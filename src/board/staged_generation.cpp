@@ -190,19 +190,19 @@ Move* genCaptures(Board& board, Move* out) {
     });
   }
   board.forEach(us, KNIGHT, [&](Piece, Square from) {
-    (knightReach(from) & enemies).forEachSquare([&](Square to) { writer.add(from, to); });
+    (knightReach(from.index64()) & enemies).forEachSquare([&](Square to) { writer.add(from, to); });
   });
   board.forEach(us, BISHOP, [&](Piece, Square from) {
-    writer.addSlidingCaptures(from, bishopReach(from, occupied) & enemies, BISHOP_ORDER);
+    writer.addSlidingCaptures(from, bishopReach(from.index64(), occupied) & enemies, BISHOP_ORDER);
   });
   board.forEach(us, ROOK, [&](Piece, Square from) {
-    writer.addSlidingCaptures(from, rookReach(from, occupied) & enemies, ROOK_ORDER);
+    writer.addSlidingCaptures(from, rookReach(from.index64(), occupied) & enemies, ROOK_ORDER);
   });
   board.forEach(us, QUEEN, [&](Piece, Square from) {
-    writer.addSlidingCaptures(from, queenReach(from, occupied) & enemies, QUEEN_ORDER);
+    writer.addSlidingCaptures(from, queenReach(from.index64(), occupied) & enemies, QUEEN_ORDER);
   });
   const Square king = board.kingSquare(us);
-  if (!(kingReach(king) & enemies).empty()) {
+  if (!(kingReach(king.index64()) & enemies).empty()) {
     for (const Delta step : KING_STEPS) {
       const Square to = king + step;
       if (board.at(to).isOf(~us) && !isAttacked(board, ~us, to)) writer.add(king, to);

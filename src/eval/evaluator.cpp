@@ -93,11 +93,13 @@ EvaluationTerms Evaluator::computeTerms() {
   terms.imbalance = materialImbalance(white, black);
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
-  const BoardSets sets(board_);
   const PawnEntry& pawns = *pawnEntry_;
-  terms.kingSafety = {kingSafety(board_, pawns, WHITE), kingSafety(board_, pawns, BLACK)};
-  terms.activity = {pieceActivity(board_, sets, pawns, WHITE),
-                    pieceActivity(board_, sets, pawns, BLACK)};
+  const BoardSets sets(board_, pawns);
+  const PieceActivity whitePieces = pieceActivity(board_, sets, pawns, WHITE);
+  const PieceActivity blackPieces = pieceActivity(board_, sets, pawns, BLACK);
+  terms.kingSafety = {kingSafety(board_, pawns, WHITE, blackPieces.kingAttack),
+                      kingSafety(board_, pawns, BLACK, whitePieces.kingAttack)};
+  terms.activity = {whitePieces.worth, blackPieces.worth};
   return terms;
 }
 

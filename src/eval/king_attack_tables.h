@@ -1,4 +1,4 @@
-// How the pieces bear on an enemy king, by the difference king - piece.
+// How the pieces bear on an enemy king, by the squares of both.
 #pragma once
 
 #include <array>
@@ -8,37 +8,18 @@
 #include "board/geometry.h"
 #include "board/piece.h"
 #include "board/square.h"
+#include "board/square_set.h"
+#include "eval/king_piece_table.h"
 
 namespace ombrin {
 
-template <typename Value>
-class DeltaTable {
- public:
-  // Asks value(ranks, files) for every difference between two squares of a board.
-  template <typename Function>
-  static consteval DeltaTable make(Function value) {
-    DeltaTable table;
-    for (int ranks = -7; ranks <= 7; ++ranks) {
-      for (int files = -7; files <= 7; ++files) {
-        table.values_[MIDDLE + ranks * UP + files * RIGHT] = value(ranks, files);
-      }
-    }
-    return table;
-  }
-  constexpr const Value& at(Delta difference) const { return values_[MIDDLE + difference]; }
-
- private:
-  static constexpr int MIDDLE = 120;
-  std::array<Value, 240> values_{};
-};
-
 // What a slider has to do with a king: it bears on the king's surroundings from where it stands
-// (worth is not 0 and steps is 0), or it looks towards them and would after so many steps, or
-// neither.
+// (the path is empty), or it looks towards them and would after a walk, or neither.
 struct Approach {
-  std::int8_t step;
-  std::uint8_t steps;
-  std::int8_t worth;  // of the square where it bears on the surroundings, obstacles aside
+  SquareSet path;         // the squares it walks over and the one where it ends
+  std::uint8_t end = 0;   // the latter
+  std::int8_t worth = 0;  // of where it bears on the surroundings with no man on the path; 0 for
+                          // neither
 };
 
 namespace king_attack_tables {
@@ -50,7 +31,7 @@ constexpr int magnitude(int value) {
   return value < 0 ? -value : value;
 }
 
-consteval std::int8_t knight(int ranks, int files) {
+constexpr std::int8_t knight(int ranks, int files) {
   // Rows by rank difference, 0 to 5; columns by file difference, -3 to 3.
   constexpr std::array<std::array<std::int8_t, 7>, 6> ROWS = {{{2, 6, 8, 0, 8, 6, 2},
                                                                {2, 8, 8, 8, 8, 8, 2},
@@ -91,40 +72,46 @@ constexpr int stepOf(PieceType type, int ranks, int files) {
   return b >= a - 2 && b <= a + 1 ? diagonal : 0;
 }
 
-constexpr Approach approach(PieceType type, int ranks, int files) {
+constexpr Approach approach(PieceType type, Square king, Square square) {
+  int ranks = king.rank() - square.rank();
+  int files = king.file() - square.file();
+  const int step = stepOf(type, ranks, files);
+  const bool leadsToKing = stepAlong(king - square) == step;
+  Approach result{};
   int worth = directOf(type, ranks, files);
-  const int step = worth != 0 ? 0 : stepOf(type, ranks, files);
-  if (step == 0) return {0, 0, static_cast<std::int8_t>(worth)};
-  // No step leads away from the king, so that the walk stays between the two and on the board.
-  const int rankStep = magnitude(step) == 1 ? 0 : sign(ranks);
-  const int fileStep = magnitude(step) == UP ? 0 : sign(files);
-  int steps = 0;
-  while (worth == 0) {
-    if ((rankStep != 0 && ranks == 0) || (fileStep != 0 && files == 0)) std::abort();
-    ranks -= rankStep;
-    files -= fileStep;
-    ++steps;
-    worth = directOf(type, ranks, files);
+  if (worth == 0 && step != 0) {
+    // No step leads away from the king, so that the walk stays between the two and on the board.
+    while (worth == 0) {
+      square += step;
+      if (!square.isOnBoard()) std::abort();
+      result.path |= SquareSet::of(square.index64());
+      worth = directOf(type, king.rank() - square.rank(), king.file() - square.file());
+    }
+    result.end = static_cast<std::uint8_t>(square.index64());
+    if (leadsToKing) worth += 4;
+    if (type != ROOK) worth += type == BISHOP ? 4 : 2;  // for a free end
   }
-  // The way goes straight on to the king.
-  if (stepAlong(UP * ranks + RIGHT * files) == step) worth += 4;
-  return {static_cast<std::int8_t>(step), static_cast<std::uint8_t>(steps),
-          static_cast<std::int8_t>(worth)};
+  result.worth = static_cast<std::int8_t>(worth);
+  return result;
 }
 
 template <PieceType TYPE>
-inline constexpr auto APPROACH = DeltaTable<Approach>::make([](int ranks, int files) {
-  return approach(TYPE, ranks, files);
+inline constexpr auto APPROACHES = makeKingPieceTable<Approach>([](Square king, Square square) {
+  return approach(TYPE, king, square);
 });
 
 }  // namespace king_attack_tables
 
-inline constexpr auto KNIGHT_BEARING = DeltaTable<std::int8_t>::make(king_attack_tables::knight);
+inline constexpr auto KNIGHT_BEARING =
+    makeKingPieceTable<std::int8_t>([](Square king, Square square) {
+      return king_attack_tables::knight(king.rank() - square.rank(), king.file() - square.file());
+    });
 
+// What the sliders of that type have to do with a king, by their squares.
 template <PieceType TYPE>
-constexpr const Approach& approachOf(Delta difference) {
+constexpr const std::array<Approach, 64>& approachesTo(int king) {
   static_assert(TYPE == BISHOP || TYPE == ROOK || TYPE == QUEEN);
-  return king_attack_tables::APPROACH<TYPE>.at(difference);
+  return king_attack_tables::APPROACHES<TYPE>[king];
 }
 
 }  // namespace ombrin

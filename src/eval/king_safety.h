@@ -7,7 +7,7 @@ namespace ombrin {
 
 // How safe the king of that colour is while the opponent has the material to attack it, and how
 // active when it has not; in centipawns, positive being good for that colour. `entry` must be the
-// position's.
-int kingSafety(const Board& board, const PawnEntry& entry, Color color);
+// position's, and kingAttack what the opponent's pieceActivity tells.
+int kingSafety(const Board& board, const PawnEntry& entry, Color color, int kingAttack);
 
 }  // namespace ombrin

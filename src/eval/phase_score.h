@@ -22,6 +22,10 @@ class PhaseScore {
     return *this;
   }
   friend constexpr PhaseScore operator+(PhaseScore a, PhaseScore b) { return a += b; }
+  friend constexpr PhaseScore operator*(PhaseScore score, int times) {
+    score.word_ *= static_cast<std::uint32_t>(times);
+    return score;
+  }
   friend constexpr bool operator==(PhaseScore, PhaseScore) = default;
 
  private:

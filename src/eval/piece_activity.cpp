@@ -1,9 +1,12 @@
 #include "eval/piece_activity.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 
 #include "board/attack_sets.h"
+#include "eval/king_attack.h"
+#include "eval/king_piece_table.h"
 #include "eval/phase_score.h"
 #include "eval/square_table.h"
 
@@ -75,6 +78,17 @@ consteval std::array<PhaseScore, SIZE> phased(const std::array<int, SIZE>& value
   return table;
 }
 
+// What a knight's square is worth, by the number of the opponent's pawns.
+constexpr std::array<SquareTable, 9> KNIGHT_PLACEMENT = [] {
+  std::array<SquareTable, 9> table;
+  for (int pawns = 0; pawns <= 8; ++pawns) {
+    for (int index = 0; index < 64; ++index) {
+      table[pawns][index] = static_cast<std::int16_t>(pawns * KNIGHT_SQUARE[index] / 8);
+    }
+  }
+  return table;
+}();
+
 // By the number of empty squares a piece can go to.
 constexpr auto KNIGHT_MOBILITY = phased(std::array{-24, -8, 0, 4, 8, 11, 14, 17, 21},
                                         [](int value) { return PhaseScore(value / 2, value / 4); });
@@ -109,35 +123,73 @@ constexpr auto ROOK_ATTACKS =
 constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
 constexpr std::array<int, 9> HALF_OPEN_FILE = {0, 8, 8, 8, 8, 8, 8, 8, 8};
 
+// A queen's distance from the enemy king.
+constexpr auto QUEEN_NEAR_KING = makeKingPieceTable<std::int8_t>([](Square king, Square queen) {
+  return static_cast<std::int8_t>(8 - 2 * kingDistance(king, queen));
+});
+
+// By colour and square of a king on the files b, c, f and g of a back rank: where a rook beside it
+// is shut in.
+constexpr std::array<std::array<SquareSet, 64>, 2> SHUT_IN = [] {
+  std::array<std::array<SquareSet, 64>, 2> table;
+  for (const Color color : {WHITE, BLACK}) {
+    for (const int file : {1, 2, 5, 6}) {
+      for (const int rank : {0, 7}) {
+        const Square king = Square::at(file, rank);
+        const Delta outward = file > 3 ? RIGHT : -RIGHT;
+        for (const Delta step : {outward, 2 * outward}) {
+          for (const Square square : {king + step, king + step + forward(color)}) {
+            if (square.isOnBoard()) {
+              table[color][king.index64()] |= SquareSet::of(square.index64());
+            }
+          }
+        }
+      }
+    }
+  }
+  return table;
+}();
+
+// Units of pieces from which on they can attack a king.
+constexpr int ATTACKERS = 11;
+
 constexpr int TRAPPED_PIECE = -100;
 constexpr int ROOK_SHUT_IN = -50;
 
 // Units of pieces a side starts with: while the opponent has them, the middlegame score counts.
 constexpr int FULL_UNITS = 32;
 
-template <Color OWN>
-class PieceActivity {
+// ATTACK tells whether the attack on the enemy king is asked for.
+template <Color OWN, bool ATTACK>
+class PieceWalk {
  public:
-  PieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry)
+  PieceWalk(const Board& board, const BoardSets& sets, const PawnEntry& entry)
       : board_(board),
+        sets_(sets),
         pawns_(entry.sides[OWN]),
         enemyPawns_(entry.sides[ENEMY]),
         enemy_(board.material(ENEMY)),
         enemyKing_(board.kingSquare(ENEMY)),
+        attack_(sets, enemyKing_),
         empty_(~sets.occupied()),
-        targets_(sets.men(ENEMY) & ~protectedPawns(entry.pawns[ENEMY])) {}
+        targets_(sets.men(ENEMY) & ~(sets.pawns(ENEMY) & sets.pawnAttacks(ENEMY))) {}
 
-  int value() const {
+  PieceActivity result() const {
+    const SquareSet own = sets_.men(OWN);
+    const SquareSet ownRooks = own & sets_.rooks();
+    const SquareSet ownQueens = own & sets_.queens();
     Worth worth;
-    board_.forEach(OWN, KNIGHT, [&](Piece, Square square) { worth += knight(square); });
-    board_.forEach(OWN, BISHOP, [&](Piece, Square square) { worth += bishop(square); });
-    board_.forEach(OWN, ROOK, [&](Piece, Square square) { worth += rook(square); });
-    board_.forEach(OWN, QUEEN, [&](Piece, Square square) { worth += queen(square); });
-    worth.placement += rookShutIn();
+    knights(own & sets_.knights(), worth);
+    bishops(own & sets_.bishops(), worth);
+    rooks(ownRooks, worth);
+    queens(ownQueens, worth);
+    behindEnemyLines(ownRooks, ownQueens, worth);
+    worth.placement += rookShutIn(ownRooks);
     const int units = enemy_.units();
-    return ((FULL_UNITS - units) * worth.phased.endgame() + units * worth.phased.middlegame()) /
-               FULL_UNITS +
-           worth.placement;
+    const int phased =
+        ((FULL_UNITS - units) * worth.phased.endgame() + units * worth.phased.middlegame()) /
+        FULL_UNITS;
+    return {phased + worth.placement, worth.attack};
   }
 
  private:
@@ -145,82 +197,92 @@ class PieceActivity {
   static constexpr Delta FORWARD = forward(OWN);
   static constexpr int SEVENTH = 6;
   static constexpr int EIGHTH = 7;
+  static constexpr SquareSet ENEMY_CORNERS =
+      (SquareSet::rank(SEVENTH, OWN) | SquareSet::rank(EIGHTH, OWN)) &
+      (SquareSet::file(0) | SquareSet::file(7));
 
   struct Worth {
     PhaseScore phased;
     int placement = 0;  // counts in every phase
-
-    Worth& operator+=(Worth other) {
-      phased += other.phased;
-      placement += other.placement;
-      return *this;
-    }
+    int attack = 0;     // on the enemy king
   };
 
-  // What a piece can reach: empty squares, and enemy men worth attacking.
-  struct Reach {
-    int empty = 0;
-    int attacked = 0;
-  };
-
-  static SquareSet protectedPawns(SquareSet pawns) { return pawns & pawns.pawnAttacks(ENEMY); }
+  // Where a square is in a SquareTable of this colour.
+  static constexpr unsigned relative(unsigned index) { return OWN == WHITE ? index : index ^ 56; }
+  static Square squareOf(unsigned index) {
+    return Square::at(static_cast<int>(index % 8), static_cast<int>(index / 8));
+  }
   bool isPawn(Square square) const { return board_.at(square).isPawn(); }
 
-  Reach count(SquareSet reached) const {
-    return {(reached & empty_).count(), (reached & targets_).count()};
+  // Squares that a piece can go to, and enemy men worth attacking.
+  int countEmpty(SquareSet reached) const { return (reached & empty_).count(); }
+  int countTargets(SquareSet reached) const { return (reached & targets_).count(); }
+
+  void knights(SquareSet knights, Worth& worth) const {
+    const SquareTable& placement = KNIGHT_PLACEMENT[enemy_.pawns()];
+    knights.forEach([&](unsigned index) {
+      const SquareSet reached = knightReach(index);
+      worth.phased += KNIGHT_MOBILITY[countEmpty(reached)] + KNIGHT_ATTACKS[countTargets(reached)];
+      worth.placement += placement[relative(index)];
+      if constexpr (ATTACK) worth.attack += attack_.knight(index);
+    });
+    (knights & sets_.pawns(OWN).behind(OWN)).forEach([&](unsigned index) {
+      worth.placement += KNIGHT_PAWN_AHEAD[relative(index)];
+    });
+    (knights & sets_.pawns(ENEMY).behind(OWN).behind(OWN).behind(OWN)).forEach([&](unsigned index) {
+      worth.placement += KNIGHT_CHASED[relative(index)];
+    });
+    (knights & ENEMY_CORNERS).forEach([&](unsigned index) {
+      if (isKnightTrapped(squareOf(index))) worth.placement += TRAPPED_PIECE;
+    });
   }
 
-  Worth knight(Square square) const {
-    const int index = tableIndex(square, OWN);
-    const Reach reach = count(knightReach(square));
-    int placement = enemy_.pawns() * KNIGHT_SQUARE[index] / 8;
-    if (board_.at(square + FORWARD).isPawnOf(OWN)) placement += KNIGHT_PAWN_AHEAD[index];
-    if (board_.at(square + 3 * FORWARD).isPawnOf(ENEMY)) placement += KNIGHT_CHASED[index];
-    if (isInEnemyCorner(index) && isKnightTrapped(square)) placement += TRAPPED_PIECE;
-    return {KNIGHT_MOBILITY[reach.empty] + KNIGHT_ATTACKS[reach.attacked], placement};
+  void bishops(SquareSet bishops, Worth& worth) const {
+    bishops.forEach([&](unsigned index) {
+      const SquareSet reached = bishopReach(index, ~empty_);
+      worth.phased += BISHOP_ATTACKS[countTargets(reached)];
+      worth.placement += BISHOP_SQUARE[relative(index)] + BISHOP_MOBILITY[countEmpty(reached)];
+      if constexpr (ATTACK) worth.attack += attack_.bishop(index);
+    });
+    (bishops & ENEMY_CORNERS).forEach([&](unsigned index) {
+      if (isBishopTrapped(squareOf(index))) worth.placement += TRAPPED_PIECE;
+    });
   }
 
-  Worth bishop(Square square) const {
-    const int index = tableIndex(square, OWN);
-    const Reach reach = count(bishopReach(square, ~empty_));
-    int placement = BISHOP_SQUARE[index] + BISHOP_MOBILITY[reach.empty];
-    if (isInEnemyCorner(index) && isBishopTrapped(square)) placement += TRAPPED_PIECE;
-    return {BISHOP_ATTACKS[reach.attacked], placement};
-  }
-
-  Worth rook(Square square) const {
-    const Reach reach = count(rookReach(square, ~empty_));
-    Worth worth{ROOK_MOBILITY[reach.empty] + ROOK_ATTACKS[reach.attacked], fileOf(square)};
-    if (square.relativeRank(OWN) >= SEVENTH) {
-      const int kingRank = enemyKing_.relativeRank(OWN);
-      if (kingRank == SEVENTH) worth += {{}, 10};
-      if (kingRank == EIGHTH) worth += {{10, 40}, 0};
-    }
-    return worth;
-  }
-
-  Worth queen(Square square) const {
-    Worth worth{QUEEN_SQUARE[tableIndex(square, OWN)], 8 - 2 * kingDistance(enemyKing_, square)};
-    if (square.relativeRank(OWN) == SEVENTH) {
-      const int kingRank = enemyKing_.relativeRank(OWN);
-      if (kingRank == SEVENTH) worth += {{}, 10};
-      if (kingRank == EIGHTH) worth += {{10, 32}, 0};
-    }
-    return worth;
-  }
-
-  int fileOf(Square rook) const {
-    if (pawns_.hasPawnOn(rook.file())) return 0;
+  void rooks(SquareSet rooks, Worth& worth) const {
+    rooks.forEach([&](unsigned index) {
+      const SquareSet reached = rookReach(index, ~empty_);
+      worth.phased += ROOK_MOBILITY[countEmpty(reached)] + ROOK_ATTACKS[countTargets(reached)];
+      if constexpr (ATTACK) worth.attack += attack_.rook(index);
+    });
     const auto own = pawns_.filesWithoutPawns;
-    if (enemyPawns_.hasPawnOn(rook.file())) return HALF_OPEN_FILE[std::popcount(own)];
     const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
-    return OPEN_FILE[std::popcount(both)];
+    const int onFree = (rooks & SquareSet::files(own)).count();
+    const int onOpen = (rooks & SquareSet::files(both)).count();
+    worth.placement += onOpen * OPEN_FILE[std::popcount(both)] +
+                       (onFree - onOpen) * HALF_OPEN_FILE[std::popcount(own)];
   }
 
-  // The last two squares of a rook file.
-  static bool isInEnemyCorner(int index) {
-    return index >= 8 * SEVENTH && (index % 8 == 0 || index % 8 == 7);
+  void queens(SquareSet queens, Worth& worth) const {
+    queens.forEach([&](unsigned index) {
+      worth.phased += QUEEN_SQUARE[relative(index)];
+      worth.placement += QUEEN_NEAR_KING[enemyKing_.index64()][index];
+      if constexpr (ATTACK) worth.attack += attack_.queen(index);
+    });
   }
+
+  // Rooks and queens that shut the king in on its last ranks.
+  void behindEnemyLines(SquareSet rooks, SquareSet queens, Worth& worth) const {
+    rooks = rooks & (SquareSet::rank(SEVENTH, OWN) | SquareSet::rank(EIGHTH, OWN));
+    queens = queens & SquareSet::rank(SEVENTH, OWN);
+    if ((rooks | queens).empty()) return;
+    const int kingRank = enemyKing_.relativeRank(OWN);
+    if (kingRank == SEVENTH) worth.placement += 10 * (rooks | queens).count();
+    if (kingRank == EIGHTH) {
+      worth.phased += PhaseScore(10, 40) * rooks.count() + PhaseScore(10, 32) * queens.count();
+    }
+  }
+
   static Delta inward(Square square) { return square.file() == 0 ? RIGHT : -RIGHT; }
 
   // A knight in the enemy's corner whose ways out pawns take (a7: a6 and b7, or c6; a8: c7).
@@ -236,35 +298,39 @@ class PieceActivity {
   }
 
   // A rook between its corner and a king that has left the middle but not castled.
-  int rookShutIn() const {
+  int rookShutIn(SquareSet rooks) const {
     const Square king = board_.kingSquare(OWN);
-    if (king.rank() != 0 && king.rank() != 7) return 0;
-    const int file = king.file();
-    const bool right = file == 5 || file == 6;
-    if (!right && file != 1 && file != 2) return 0;
-    if (!pawns_.hasPawnOn(right ? 6 : 0) || !pawns_.hasPawnOn(right ? 7 : 1)) return 0;
-    const Delta outward = right ? RIGHT : -RIGHT;
-    for (const Delta step : {outward, 2 * outward, outward + FORWARD, 2 * outward + FORWARD}) {
-      const Piece piece = board_.at(king + step);
-      if (piece.isOf(OWN) && piece.type() == ROOK) return ROOK_SHUT_IN;
-    }
-    return 0;
+    if ((rooks & SHUT_IN[OWN][king.index64()]).empty()) return 0;
+    const bool right = king.file() > 3;
+    return pawns_.hasPawnOn(right ? 6 : 0) && pawns_.hasPawnOn(right ? 7 : 1) ? ROOK_SHUT_IN : 0;
   }
 
   const Board& board_;
+  const BoardSets& sets_;
   const PawnSideInfo& pawns_;
   const PawnSideInfo& enemyPawns_;
   const Material enemy_;
   const Square enemyKing_;
+  const KingAttack<OWN> attack_;
   const SquareSet empty_;
   const SquareSet targets_;  // enemy men worth attacking
 };
 
 }  // namespace
 
-int pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry, Color color) {
-  return color == WHITE ? PieceActivity<WHITE>(board, sets, entry).value()
-                        : PieceActivity<BLACK>(board, sets, entry).value();
+PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
+                            Color color) {
+  if (attackForce(board.material(color)) > 0) {
+    return color == WHITE ? PieceWalk<WHITE, true>(board, sets, entry).result()
+                          : PieceWalk<BLACK, true>(board, sets, entry).result();
+  }
+  return color == WHITE ? PieceWalk<WHITE, false>(board, sets, entry).result()
+                        : PieceWalk<BLACK, false>(board, sets, entry).result();
+}
+
+int attackForce(Material attacker) {
+  if (attacker.units() < ATTACKERS) return 0;
+  return std::clamp(8 * attacker.queens() + attacker.units() - 16, 0, 8);
 }
 
 }  // namespace ombrin

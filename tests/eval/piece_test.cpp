@@ -1,8 +1,5 @@
 // King safety and piece activity, worked out by hand.
-#include "eval/board_sets.h"
 #include "eval/evaluated_position.h"
-#include "eval/king_safety.h"
-#include "eval/piece_activity.h"
 
 namespace ombrin {
 namespace {
@@ -46,7 +43,7 @@ TEST(KingSafety, WeighsShelterAttackAndActivity) {
   };
   for (const Case& test : CASES) {
     EvaluatedPosition position(test.fen);
-    EXPECT_EQ(kingSafety(position.board, position.entry(), WHITE), test.value) << test.fen;
+    EXPECT_EQ(position.evaluator.breakdown().terms.kingSafety[WHITE], test.value) << test.fen;
   }
 }
 
@@ -84,7 +81,7 @@ TEST(KingSafety, LooksThroughObstaclesAtTheirCost) {
   };
   for (const Case& test : CASES) {
     EvaluatedPosition position(test.fen);
-    EXPECT_EQ(kingSafety(position.board, position.entry(), WHITE), test.value) << test.fen;
+    EXPECT_EQ(position.evaluator.breakdown().terms.kingSafety[WHITE], test.value) << test.fen;
   }
 }
 
@@ -133,9 +130,7 @@ TEST(PieceActivity, CountsPlacesMobilityAndThreats) {
   };
   for (const Case& test : CASES) {
     EvaluatedPosition position(test.fen);
-    EXPECT_EQ(pieceActivity(position.board, BoardSets(position.board), position.entry(), WHITE),
-              test.value)
-        << test.fen;
+    EXPECT_EQ(position.evaluator.breakdown().terms.activity[WHITE], test.value) << test.fen;
   }
 }
 

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <algorithm>
+
+#include "eval/board_sets.h"
+#include "eval/king_attack_tables.h"
+
+namespace ombrin {
+
+// How much the pieces of ATTACKER bear on the enemy king, looking through what could move out of
+// the way at a cost. Every function takes the square of a piece.
+template <Color ATTACKER>
+class KingAttack {
+ public:
+  KingAttack(const BoardSets& sets, Square king)
+      : sets_(sets),
+        king_(king.index64()),
+        blockedPawns_(sets.pawns(ATTACKER) & sets.occupied().behind(ATTACKER)) {
+    const SquareSet unguarded = ~sets.pawnAttacks(DEFENDER);
+    stuckPawns_ =
+        sets.pawns(ATTACKER) & unguarded & (sets.pawns(DEFENDER) | unguarded).behind(ATTACKER);
+  }
+
+  int knight(unsigned index) const { return 3 * KNIGHT_BEARING[king_][index]; }
+  int bishop(unsigned index) const { return 3 * slider<BISHOP>(index, blockedPawns_); }
+  int rook(unsigned index) const { return 4 * slider<ROOK>(index, stuckPawns_); }
+  int queen(unsigned index) const { return 8 * slider<QUEEN>(index, stuckPawns_); }
+
+ private:
+  static constexpr Color DEFENDER = ~ATTACKER;
+
+  // Men in `closed` never get out of the way.
+  template <PieceType TYPE>
+  int slider(unsigned index, SquareSet closed) const {
+    const Approach& approach = approachesTo<TYPE>(king_)[index];
+    if ((approach.path & sets_.occupied()).empty()) return approach.worth;
+    if (!(approach.path & closed).empty()) return 0;
+    return lookThrough<TYPE>(sets_, approach);
+  }
+
+  // What is left of an approach after paying for the obstacles. Seldom needed, and kept out of the
+  // walk over the pieces, which wants the registers.
+  template <PieceType TYPE>
+  [[gnu::noinline]] static int lookThrough(const BoardSets& sets, const Approach& approach) {
+    const SquareSet occupants = TYPE == BISHOP ? sets.bishops()
+                                : TYPE == ROOK ? sets.rooks()
+                                               : sets.occupied();
+    const int loss = TYPE == QUEEN ? 2 : 4;
+    const int worth = approach.worth - (occupants.contains(approach.end) ? loss : 0);
+    return std::max(worth - costOf<TYPE>(sets, approach.path), 0);
+  }
+
+  // What it costs to get the men on a path out of the way.
+  template <PieceType TYPE>
+  static int costOf(const BoardSets& sets, SquareSet path) {
+    const SquareSet own = path & sets.men(ATTACKER);
+    const SquareSet enemy = path & sets.men(DEFENDER);
+    const SquareSet ownPawns = own & sets.pawns(ATTACKER);
+    const SquareSet enemyPawns = enemy & sets.pawns(DEFENDER);
+    // Where the king's pawns capture to.
+    const SquareSet left = sets.pawns(DEFENDER).ahead(DEFENDER).left();
+    const SquareSet right = sets.pawns(DEFENDER).ahead(DEFENDER).right();
+    if constexpr (TYPE == BISHOP) {
+      return 2 *
+             (own.count() + enemy.count() + ownPawns.count() + (enemy & sets.bishops()).count() +
+              (left & enemyPawns).count() + (right & enemyPawns).count());
+    }
+    const SquareSet blocked = ownPawns & ~(left | right) & sets.occupied().behind(ATTACKER);
+    const SquareSet helpers = own & (sets.rooks() | sets.queens());
+    const int ofOwn = 2 * own.count() + 4 * blocked.count() - 6 * helpers.count();
+    if constexpr (TYPE == QUEEN) {
+      return ofOwn + 3 * enemy.count() + 4 * ((left & enemy).count() + (right & enemy).count());
+    }
+    // What an attacker's pawn can capture is no obstacle to a rook.
+    const SquareSet firm = enemy & ~sets.pawnAttacks(ATTACKER);
+    return ofOwn +
+           2 * (firm.count() + (firm & enemyPawns).count() + (enemy & sets.rooks()).count() +
+                (left & firm).count() + (right & firm).count());
+  }
+
+  const BoardSets& sets_;
+  int king_;
+  SquareSet blockedPawns_;  // own pawns with a man in front
+  SquareSet stuckPawns_;    // own pawns that cannot capture, nor go to where they can
+};
+
+}  // namespace ombrin
