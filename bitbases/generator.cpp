@@ -20,7 +20,7 @@ namespace {
 using namespace bitbases;
 
 constexpr const char* USAGE =
-    "Usage: bitbase_generator [--threads N] [--verify] DIRECTORY [MATERIAL ...]\n"
+    "Usage: ombrin-bitbases [--threads N] [--verify] DIRECTORY [MATERIAL ...]\n"
     "Makes the tables of the materials, e.g. KBNK or KRPKR, and those they rest on; without a\n"
     "material, all of three and four men. Tables that are there already are kept.\n"
     "  --threads N  threads to compute with (all processors)\n"

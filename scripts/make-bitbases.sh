@@ -25,5 +25,5 @@ cmake --build $build --target egbbdll bitbase_generator
 # Put in place as a whole: an engine may be using the file that was there.
 cp $build/bitbases/egbbdll.dll "$directory/egbbdll.dll.part"
 mv "$directory/egbbdll.dll.part" "$directory/egbbdll.dll"
-$build/bitbases/bitbase_generator "$directory" "$@"
+$build/bitbases/ombrin-bitbases "$directory" "$@"
 echo "egbb.dir=$directory"
