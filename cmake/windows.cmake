@@ -6,6 +6,13 @@ set(CMAKE_RC_COMPILER ${OMBRIN_WINDOWS_CPU}-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/${OMBRIN_WINDOWS_CPU}-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-# One file to copy, whatever the machine has installed.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+# One file to copy, whatever the machine has installed; threads with as much stack as on Linux.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--stack,8388608")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
+if(OMBRIN_WINDOWS_CPU STREQUAL "i686")
+  # Numbers as exact as everywhere else, which the old floating-point unit's are not, and all of the
+  # four gigabytes that a 32-bit program may have.
+  set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
+  string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " -Wl,--large-address-aware")
+endif()

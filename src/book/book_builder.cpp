@@ -12,6 +12,7 @@
 #include "book/game_collector.h"
 #include "book/table_filter.h"
 #include "pgn/pgn_reader.h"
+#include "util/file_system.h"
 #include "util/ini_file.h"
 #include "util/print.h"
 
@@ -27,7 +28,7 @@ using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 // Null when there is no such file.
 Stream openForReading(const std::string& path) {
   std::error_code ignored;
-  const bool isDirectory = std::filesystem::is_directory(path, ignored);
+  const bool isDirectory = std::filesystem::is_directory(pathOf(path), ignored);
   return {isDirectory ? nullptr : std::fopen(path.c_str(), "rb"), &std::fclose};
 }
 

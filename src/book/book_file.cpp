@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "book/book_key.h"
+#include "util/file_system.h"
 
 namespace ombrin {
 
@@ -31,8 +32,8 @@ void addTo(BookEntry& move, const BookEntry& more) {
 bool BookFile::open(const std::string& path) {
   close();
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return false;
-  const std::uint64_t length = std::filesystem::file_size(path, error);
+  if (!std::filesystem::is_regular_file(pathOf(path), error)) return false;
+  const std::uint64_t length = std::filesystem::file_size(pathOf(path), error);
   if (error) return false;
   file_.open(path, std::ios::binary);
   if (!file_) return false;

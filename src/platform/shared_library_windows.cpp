@@ -16,7 +16,11 @@ bool SharedLibrary::open(const std::string& path) {
   std::replace(file.begin(), file.end(), '/', '\\');
   // The loader looks in the system's directories for a name without a separator.
   if (file.find('\\') == std::string::npos) file.insert(0, ".\\");
+  // A file that is no library for this processor is an answer, not a box to click away.
+  DWORD mode = 0;
+  const BOOL isQuiet = SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
   handle_ = LoadLibraryA(file.c_str());
+  if (isQuiet != 0) SetThreadErrorMode(mode, nullptr);
   return isOpen();
 }
 

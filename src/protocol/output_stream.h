@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "platform/printf_format.h"
+
 namespace ombrin {
 
 // A sink for text. Takes no lock of its own: whoever shares one among threads holds a lock for each
@@ -18,10 +20,9 @@ class OutputStream {
   virtual void flush() = 0;
   virtual void putChar(char character) = 0;
   virtual void putString(std::string_view text) = 0;
-  virtual void vprint(const char* format, std::va_list arguments)
-      __attribute__((format(printf, 2, 0))) = 0;
+  virtual void vprint(const char* format, std::va_list arguments) OMBRIN_PRINTF_FORMAT(2, 0) = 0;
 
-  void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  void print(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
 };
 
 // Forwards to a C stream, which its opener closes.
@@ -32,8 +33,7 @@ class FileOutputStream final : public OutputStream {
   void flush() override;
   void putChar(char character) override;
   void putString(std::string_view text) override;
-  void vprint(const char* format, std::va_list arguments) override
-      __attribute__((format(printf, 2, 0)));
+  void vprint(const char* format, std::va_list arguments) override OMBRIN_PRINTF_FORMAT(2, 0);
 
  private:
   std::FILE* stream_;

@@ -43,7 +43,7 @@ void UciFrontEnd::setHash() {
   constexpr int DEFAULT_MB = 32;
   const std::optional<int> megabytes = numberValue(DEFAULT_MB);
   if (!megabytes || *megabytes < 0) return;
-  const auto size = static_cast<std::size_t>(*megabytes);
+  const auto size = static_cast<std::uint64_t>(*megabytes);
   control_.stopSearch();
   logInfo(UCI_LOG, "resizing hash to %uMb\n", static_cast<unsigned>(size));
   control_.search().tt().resize(size * 1024);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "book/book_picker.h"
+#include "platform/printf_format.h"
 #include "protocol/book_exit.h"
 #include "protocol/engine_control.h"
 #include "protocol/engine_status.h"
@@ -139,8 +140,8 @@ class WinboardFrontEnd final : public SearchObserver {
   // The opponent's move, read in the position before the pending ponder move.
   Move readOpponentMove(std::string_view text);
 
-  void send(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  void note(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  void send(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
+  void note(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
 
   static const Command COMMANDS[];
 

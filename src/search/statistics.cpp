@@ -9,12 +9,14 @@
 #include <cstdlib>
 #include <functional>
 
+#include "platform/printf_format.h"
+
 namespace ombrin {
 
 namespace {
 
 // Appends formatted text. No piece of these texts is anywhere near as long as the buffer.
-void append(std::string& text, const char* format, ...) __attribute__((format(printf, 2, 3)));
+void append(std::string& text, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
 void append(std::string& text, const char* format, ...) {
   std::array<char, 512> buffer;
   std::va_list arguments;

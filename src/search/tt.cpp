@@ -45,15 +45,16 @@ void Tt::Release::operator()(void* block) const {
   std::free(block);  // NOLINT(cppcoreguidelines-no-malloc): see obtain()
 }
 
-Tt::Tt(std::size_t kb) {
+Tt::Tt(std::uint64_t kb) {
   resize(kb);
 }
 
 Tt::~Tt() = default;
 
-void Tt::resize(std::size_t kb) {
+void Tt::resize(std::uint64_t kb) {
   constexpr std::size_t MAX_KB = std::bit_floor(std::numeric_limits<std::size_t>::max()) / 1024;
-  const std::size_t bytes = 1024 * std::clamp(std::bit_floor(kb), MIN_KB, MAX_KB);
+  const std::uint64_t wanted = std::clamp<std::uint64_t>(std::bit_floor(kb), MIN_KB, MAX_KB);
+  const std::size_t bytes = 1024 * static_cast<std::size_t>(wanted);
   if (bytes == bytes_) return;
   block_.reset();
   bytes_ = bytes;

@@ -38,7 +38,7 @@ class Tt {
  public:
   static constexpr std::size_t DEFAULT_KB = 65536;
 
-  explicit Tt(std::size_t kb = DEFAULT_KB);
+  explicit Tt(std::uint64_t kb = DEFAULT_KB);
   Tt(const Tt&) = delete;
   Tt& operator=(const Tt&) = delete;
   ~Tt();
@@ -48,7 +48,7 @@ class Tt {
   // Takes the largest power of two of kilobytes not above `kb`, at least 256, and empties the
   // table; nothing happens when it has that size already. Tries smaller sizes when memory is short
   // and aborts when there is none.
-  void resize(std::size_t kb);
+  void resize(std::uint64_t kb);
   void clear();
   void nextGeneration() { ++generation_; }
 

@@ -55,7 +55,7 @@ void Engine::applySettings() {
   }
   if (!settings_.get("tt.cachemb").empty()) {
     const int megabytes = std::max(setting("tt.cachemb", 0), 0);
-    tt_.resize(static_cast<std::size_t>(megabytes) * 1024);
+    tt_.resize(static_cast<std::uint64_t>(megabytes) * 1024);
   }
   console_.setProcessorClock(setting("machine.mhz", 0));
 }

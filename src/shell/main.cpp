@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "platform/standard_streams.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"
 #include "shell/engine.h"
@@ -18,6 +19,7 @@ void outOfMemory() {
 
 int main(int argc, char* argv[]) {
   std::set_new_handler(outOfMemory);
+  ombrin::passBytesUnchanged();
   for (std::FILE* stream : {stdout, stdin, stderr}) std::setvbuf(stream, nullptr, _IONBF, 0);
   ombrin::print(stdout, "\n%s-%s\n\n", ombrin::PROGRAM_NAME, ombrin::VERSION);
   if (argc > 2) {

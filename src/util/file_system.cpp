@@ -16,9 +16,12 @@ namespace {
 bool makeDirectory(std::string_view path) {
   std::string directory(path);
   std::replace(directory.begin(), directory.end(), '\\', '/');
+  const fs::path target = pathOf(directory);
   std::error_code error;
-  fs::create_directory(directory, error);
-  if (!error) return true;
+  std::error_code ignored;
+  fs::create_directory(target, error);
+  // A drive is there though it cannot be made.
+  if (!error || fs::is_directory(target, ignored)) return true;
   print(stderr, "FileSystem: error %i creating directory: '%s'\n", error.value(),
         std::string(path).c_str());
   return false;
@@ -27,7 +30,7 @@ bool makeDirectory(std::string_view path) {
 }  // namespace
 
 bool makeDirectories(std::string_view path) {
-  std::size_t end = 0;
+  std::size_t end = nameOf(pathOf(path).root_name()).size();
   while (end < path.size()) {
     end = std::min(path.find_first_of("/\\", end), path.size());
     if (end > 0 && !makeDirectory(path.substr(0, end))) return false;
@@ -39,7 +42,7 @@ bool makeDirectories(std::string_view path) {
 bool fileExists(const std::string& path) {
   // A directory can be opened on some systems, but never read.
   std::error_code error;
-  if (fs::is_directory(path, error)) return false;
+  if (fs::is_directory(pathOf(path), error)) return false;
   std::FILE* const file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return false;
   std::fclose(file);
@@ -48,7 +51,7 @@ bool fileExists(const std::string& path) {
 
 std::string currentDirectory() {
   std::error_code error;
-  return fs::current_path(error).string();
+  return nameOf(fs::current_path(error));
 }
 
 }  // namespace ombrin

@@ -1,8 +1,10 @@
-// Directories and the existence of files.
+// Directories and the existence of files. File names that go to std::filesystem pass through pathOf().
 #pragma once
 
 #include <string>
 #include <string_view>
+
+#include "platform/file_name.h"
 
 namespace ombrin {
 

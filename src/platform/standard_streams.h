@@ -1,0 +1,9 @@
+#pragma once
+
+namespace ombrin {
+
+// Lets standard input and output pass every byte as it is, on systems that would otherwise
+// translate line ends and take control-Z for the end of the input. Before they are first used.
+void passBytesUnchanged();
+
+}  // namespace ombrin

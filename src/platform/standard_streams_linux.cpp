@@ -1,0 +1,7 @@
+#include "platform/standard_streams.h"
+
+namespace ombrin {
+
+void passBytesUnchanged() {}
+
+}  // namespace ombrin
