@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "geometry.h"
+#include "mapped_file.h"
 #include "material.h"
 #include "moves.h"
 #include "progress.h"
@@ -16,7 +17,7 @@ constexpr int NOT_HELD = 99999;
 // Of a win without pawns; callers know better than any table how to mate.
 constexpr int PAWNLESS_WIN = 5000;
 
-constinit TableSet tables;
+TableSet tables;
 
 bool isSquare(int number) {
   return number >= 0 && number < 64;
@@ -62,9 +63,9 @@ extern "C" {
 
 // Maps whatever tables the directory has. There is no cache but the operating system's, so neither
 // its size nor the loading mode, which callers set to 1, makes a difference.
-[[gnu::visibility("default")]] void load_egbb_5men(const char* directory, int /*cacheBytes*/,
-                                                   int /*mode*/) {
+void load_egbb_5men(const char* directory, int /*cacheBytes*/, int /*mode*/) {
   if (directory == nullptr) return;
+  stayLoaded();
   for (int men = 3; men <= MAX_MEN + 2; ++men) {
     for (const Material& material : materialsOf(men)) tables.add(directory, material);
   }
@@ -72,9 +73,8 @@ extern "C" {
 
 // Any thread. 99999 when the table is not held or the arguments are no position, else 0 for a draw,
 // a positive value for a win and a negative one for a loss of the side to move.
-[[gnu::visibility("default")]] int probe_egbb_5men(int side, int whiteKing, int blackKing,
-                                                   int piece1, int square1, int piece2, int square2,
-                                                   int piece3, int square3) {
+int probe_egbb_5men(int side, int whiteKing, int blackKing, int piece1, int square1, int piece2,
+                    int square2, int piece3, int square3) {
   return probe(side, whiteKing, blackKing,
                {{{piece1, square1}, {piece2, square2}, {piece3, square3}}});
 }

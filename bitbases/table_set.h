@@ -19,7 +19,7 @@ namespace bitbases {
 // value() may be called from any number of threads at any time, also while tables are being added.
 class TableSet {
  public:
-  constexpr TableSet() = default;
+  TableSet() = default;
   TableSet(const TableSet&) = delete;
   TableSet& operator=(const TableSet&) = delete;
 

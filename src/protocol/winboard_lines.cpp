@@ -11,10 +11,10 @@ std::string winboardThinkingLine(int depth, Score score, std::uint64_t time, std
   std::string text;
   append(text, "%i %i %llu %llu", depth, score.value(), static_cast<unsigned long long>(time / 10),
          static_cast<unsigned long long>(nodes));
-  if (!ponderMove.isNull()) text.append(1, ' ').append(moveToCoordinates(ponderMove));
+  if (!ponderMove.isNull()) text += " " + moveToCoordinates(ponderMove);
   for (const Move move : line) {
     if (text.size() > LONG_ENOUGH) break;
-    text.append(1, ' ').append(moveToCoordinates(move));
+    text += " " + moveToCoordinates(move);
   }
   return text;
 }

@@ -1,9 +1,9 @@
-#include "mapped_file.h"
-
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "mapped_file.h"
 
 namespace bitbases {
 
@@ -24,5 +24,8 @@ std::span<const std::byte> mapFile(const std::string& path) {
 void unmapFile(std::span<const std::byte> bytes) {
   if (!bytes.empty()) munmap(const_cast<std::byte*>(bytes.data()), bytes.size());
 }
+
+// The linker has marked the library so.
+void stayLoaded() {}
 
 }  // namespace bitbases
