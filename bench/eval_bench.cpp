@@ -104,27 +104,19 @@ void kingSafetyOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    constexpr int ATTACK = 80;
-    return kingSafety(position.board, entry, WHITE, ATTACK) -
-           kingSafety(position.board, entry, BLACK, ATTACK);
+    constexpr PieceActivity ATTACKERS{.worth = 0, .force = 8, .kingAttack = 80};
+    return kingSafety(position.board, entry, WHITE, ATTACKERS) -
+           kingSafety(position.board, entry, BLACK, ATTACKERS);
   });
 }
 BENCHMARK(kingSafetyOfBoth);
-
-void boardSets(benchmark::State& state) {
-  visitChildren(state, [](Position& position) {
-    position.evaluator.pawnScore();
-    return BoardSets(position.board, position.evaluator.pawnEntry());
-  });
-}
-BENCHMARK(boardSets);
 
 // And their attack on the kings.
 void pieceActivityOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    const BoardSets sets(position.board, entry);
+    const BoardSets sets(position.board);
     const PieceActivity white = pieceActivity(position.board, sets, entry, WHITE);
     const PieceActivity black = pieceActivity(position.board, sets, entry, BLACK);
     return white.worth - black.worth + white.kingAttack - black.kingAttack;

@@ -1,40 +1,41 @@
 #pragma once
 
+#include <array>
+
 #include "board/board.h"
-#include "eval/pawn_hash.h"
 
 namespace ombrin {
 
-// Where the men of each kind stand.
+// Where the men of each kind stand, and what the terms of one evaluation ask about it again and
+// again. Of a board that does not change meanwhile.
 class BoardSets {
  public:
-  BoardSets(const Board& board, const PawnEntry&)
-      : men_(board.byColor),
+  explicit BoardSets(const Board& board)
+      : board_(board),
+        occupied_(board.occupied()),
         pawns_{board.men(WHITE, PAWN), board.men(BLACK, PAWN)},
         pawnAttacks_{pawns_[WHITE].pawnAttacks(WHITE), pawns_[BLACK].pawnAttacks(BLACK)},
-        knights_(board.byType[KNIGHT]),
-        bishops_(board.byType[BISHOP]),
-        rooks_(board.byType[ROOK]),
-        queens_(board.byType[QUEEN]) {}
+        kings_{static_cast<unsigned>(board.kingSquare(WHITE).index64()),
+               static_cast<unsigned>(board.kingSquare(BLACK).index64())} {}
 
-  SquareSet men(Color color) const { return men_[color]; }
-  SquareSet occupied() const { return men_[WHITE] | men_[BLACK]; }
+  SquareSet men(Color color) const { return board_.byColor[color]; }
+  SquareSet occupied() const { return occupied_; }
   SquareSet pawns(Color color) const { return pawns_[color]; }
   SquareSet pawnAttacks(Color color) const { return pawnAttacks_[color]; }
+  // Its index in tables, 0 to 63.
+  unsigned king(Color color) const { return kings_[color]; }
   // Of both colours.
-  SquareSet knights() const { return knights_; }
-  SquareSet bishops() const { return bishops_; }
-  SquareSet rooks() const { return rooks_; }
-  SquareSet queens() const { return queens_; }
+  SquareSet knights() const { return board_.byType[KNIGHT]; }
+  SquareSet bishops() const { return board_.byType[BISHOP]; }
+  SquareSet rooks() const { return board_.byType[ROOK]; }
+  SquareSet queens() const { return board_.byType[QUEEN]; }
 
  private:
-  std::array<SquareSet, 2> men_;
+  const Board& board_;
+  SquareSet occupied_;
   std::array<SquareSet, 2> pawns_;
   std::array<SquareSet, 2> pawnAttacks_;
-  SquareSet knights_;
-  SquareSet bishops_;
-  SquareSet rooks_;
-  SquareSet queens_;
+  std::array<unsigned, 2> kings_;
 };
 
 }  // namespace ombrin

@@ -94,11 +94,11 @@ EvaluationTerms Evaluator::computeTerms() {
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
   const PawnEntry& pawns = *pawnEntry_;
-  const BoardSets sets(board_, pawns);
+  const BoardSets sets(board_);
   const PieceActivity whitePieces = pieceActivity(board_, sets, pawns, WHITE);
   const PieceActivity blackPieces = pieceActivity(board_, sets, pawns, BLACK);
-  terms.kingSafety = {kingSafety(board_, pawns, WHITE, blackPieces.kingAttack),
-                      kingSafety(board_, pawns, BLACK, whitePieces.kingAttack)};
+  terms.kingSafety = {kingSafety(board_, pawns, WHITE, blackPieces),
+                      kingSafety(board_, pawns, BLACK, whitePieces)};
   terms.activity = {whitePieces.worth, blackPieces.worth};
   return terms;
 }

@@ -12,26 +12,26 @@ namespace ombrin {
 template <Color ATTACKER>
 class KingAttack {
  public:
-  KingAttack(const BoardSets& sets, Square king)
+  explicit KingAttack(const BoardSets& sets)
       : sets_(sets),
-        king_(king.index64()),
+        king_(sets.king(DEFENDER)),
         blockedPawns_(sets.pawns(ATTACKER) & sets.occupied().behind(ATTACKER)) {
     const SquareSet unguarded = ~sets.pawnAttacks(DEFENDER);
     stuckPawns_ =
         sets.pawns(ATTACKER) & unguarded & (sets.pawns(DEFENDER) | unguarded).behind(ATTACKER);
   }
 
-  int knight(unsigned index) const { return 3 * KNIGHT_BEARING[king_][index]; }
-  int bishop(unsigned index) const { return 3 * slider<BISHOP>(index, blockedPawns_); }
-  int rook(unsigned index) const { return 4 * slider<ROOK>(index, stuckPawns_); }
-  int queen(unsigned index) const { return 8 * slider<QUEEN>(index, stuckPawns_); }
+  unsigned knight(unsigned index) const { return 3U * KNIGHT_BEARING[king_][index]; }
+  unsigned bishop(unsigned index) const { return 3 * slider<BISHOP>(index, blockedPawns_); }
+  unsigned rook(unsigned index) const { return 4 * slider<ROOK>(index, stuckPawns_); }
+  unsigned queen(unsigned index) const { return 8 * slider<QUEEN>(index, stuckPawns_); }
 
  private:
   static constexpr Color DEFENDER = ~ATTACKER;
 
   // Men in `closed` never get out of the way.
   template <PieceType TYPE>
-  int slider(unsigned index, SquareSet closed) const {
+  unsigned slider(unsigned index, SquareSet closed) const {
     const Approach& approach = approachesTo<TYPE>(king_)[index];
     if ((approach.path & sets_.occupied()).empty()) return approach.worth;
     if (!(approach.path & closed).empty()) return 0;
@@ -41,13 +41,13 @@ class KingAttack {
   // What is left of an approach after paying for the obstacles. Seldom needed, and kept out of the
   // walk over the pieces, which wants the registers.
   template <PieceType TYPE>
-  [[gnu::noinline]] static int lookThrough(const BoardSets& sets, const Approach& approach) {
+  [[gnu::noinline]] static unsigned lookThrough(const BoardSets& sets, const Approach& approach) {
     const SquareSet occupants = TYPE == BISHOP ? sets.bishops()
                                 : TYPE == ROOK ? sets.rooks()
                                                : sets.occupied();
     const int loss = TYPE == QUEEN ? 2 : 4;
     const int worth = approach.worth - (occupants.contains(approach.end) ? loss : 0);
-    return std::max(worth - costOf<TYPE>(sets, approach.path), 0);
+    return static_cast<unsigned>(std::max(worth - costOf<TYPE>(sets, approach.path), 0));
   }
 
   // What it costs to get the men on a path out of the way.
@@ -79,7 +79,7 @@ class KingAttack {
   }
 
   const BoardSets& sets_;
-  int king_;
+  unsigned king_;
   SquareSet blockedPawns_;  // own pawns with a man in front
   SquareSet stuckPawns_;    // own pawns that cannot capture, nor go to where they can
 };

@@ -16,10 +16,10 @@ namespace ombrin {
 // What a slider has to do with a king: it bears on the king's surroundings from where it stands
 // (the path is empty), or it looks towards them and would after a walk, or neither.
 struct Approach {
-  SquareSet path;         // the squares it walks over and the one where it ends
-  std::uint8_t end = 0;   // the latter
-  std::int8_t worth = 0;  // of where it bears on the surroundings with no man on the path; 0 for
-                          // neither
+  SquareSet path;          // the squares it walks over and the one where it ends
+  std::uint8_t end = 0;    // the latter
+  std::uint8_t worth = 0;  // of where it bears on the surroundings with no man on the path; 0 for
+                           // neither
 };
 
 namespace king_attack_tables {
@@ -31,16 +31,16 @@ constexpr int magnitude(int value) {
   return value < 0 ? -value : value;
 }
 
-constexpr std::int8_t knight(int ranks, int files) {
+constexpr std::uint8_t knight(int ranks, int files) {
   // Rows by rank difference, 0 to 5; columns by file difference, -3 to 3.
-  constexpr std::array<std::array<std::int8_t, 7>, 6> ROWS = {{{2, 6, 8, 0, 8, 6, 2},
-                                                               {2, 8, 8, 8, 8, 8, 2},
-                                                               {2, 8, 8, 8, 8, 8, 2},
-                                                               {4, 4, 6, 8, 6, 4, 4},
-                                                               {4, 4, 4, 4, 4, 4, 4},
-                                                               {0, 0, 4, 0, 4, 0, 0}}};
+  constexpr std::array<std::array<std::uint8_t, 7>, 6> ROWS = {{{2, 6, 8, 0, 8, 6, 2},
+                                                                {2, 8, 8, 8, 8, 8, 2},
+                                                                {2, 8, 8, 8, 8, 8, 2},
+                                                                {4, 4, 6, 8, 6, 4, 4},
+                                                                {4, 4, 4, 4, 4, 4, 4},
+                                                                {0, 0, 4, 0, 4, 0, 0}}};
   const int row = magnitude(ranks);
-  return row > 5 || magnitude(files) > 3 ? std::int8_t{0} : ROWS[row][files + 3];
+  return row > 5 || magnitude(files) > 3 ? std::uint8_t{0} : ROWS[row][files + 3];
 }
 
 // What a slider bears on, standing that far from the king; 0 when it is too far away.
@@ -91,7 +91,7 @@ constexpr Approach approach(PieceType type, Square king, Square square) {
     if (leadsToKing) worth += 4;
     if (type != ROOK) worth += type == BISHOP ? 4 : 2;  // for a free end
   }
-  result.worth = static_cast<std::int8_t>(worth);
+  result.worth = static_cast<std::uint8_t>(worth);
   return result;
 }
 
@@ -103,13 +103,13 @@ inline constexpr auto APPROACHES = makeKingPieceTable<Approach>([](Square king, 
 }  // namespace king_attack_tables
 
 inline constexpr auto KNIGHT_BEARING =
-    makeKingPieceTable<std::int8_t>([](Square king, Square square) {
+    makeKingPieceTable<std::uint8_t>([](Square king, Square square) {
       return king_attack_tables::knight(king.rank() - square.rank(), king.file() - square.file());
     });
 
 // What the sliders of that type have to do with a king, by their squares.
 template <PieceType TYPE>
-constexpr const std::array<Approach, 64>& approachesTo(int king) {
+constexpr const std::array<Approach, 64>& approachesTo(unsigned king) {
   static_assert(TYPE == BISHOP || TYPE == ROOK || TYPE == QUEEN);
   return king_attack_tables::APPROACHES<TYPE>[king];
 }

@@ -5,7 +5,6 @@
 #include <bit>
 #include <cstdint>
 
-#include "eval/piece_activity.h"
 #include "eval/square_table.h"
 
 namespace ombrin {
@@ -70,19 +69,19 @@ constexpr auto OUTSIDE = [] {
 }();
 
 // What a danger costs: grows faster with every threshold that it exceeds.
-constexpr int penaltyOf(int danger) {
-  int penalty = 0;
+constexpr unsigned penaltyOf(int danger) {
+  unsigned penalty = 0;
   for (const int threshold : {8, 16, 24, 32, 48, 64, 80, 96}) {
     if (danger <= threshold) break;
-    penalty -= danger - threshold;
+    penalty += static_cast<unsigned>(danger - threshold);
   }
   return penalty;
 }
 // Nearly all that are met.
 constexpr auto PENALTY = [] {
-  std::array<std::int16_t, 160> table;
+  std::array<std::uint16_t, 160> table;
   for (int danger = 0; danger < 160; ++danger) {
-    table[danger] = static_cast<std::int16_t>(penaltyOf(danger));
+    table[danger] = static_cast<std::uint16_t>(penaltyOf(danger));
   }
   return table;
 }();
@@ -91,9 +90,9 @@ constexpr auto PENALTY = [] {
 template <Color DEFENDER>
 class KingSafety {
  public:
-  KingSafety(const Board& board, const PawnEntry& entry, int kingAttack)
+  KingSafety(const Board& board, const PawnEntry& entry, const PieceActivity& attackers)
       : board_(board),
-        kingAttack_(kingAttack),
+        attackers_(attackers),
         pawns_(entry.sides[DEFENDER]),
         enemyPawns_(entry.sides[~DEFENDER]),
         enemy_(board.material(~DEFENDER)),
@@ -103,22 +102,22 @@ class KingSafety {
 
   int value() const {
     int value = -SPAN_OWN[OUTSIDE[pawns_.filesWithoutPawns][king_.file()]];
-    value += attack();
+    value -= attackPenalty();
     if (enemy_.units() > CASTLING_UNITS) value += castling();
     return enemy_.units() > ENDGAME_UNITS ? value : endgame(value);
   }
 
  private:
-  int attack() const {
-    const int force = attackForce(enemy_);
-    if (force == 0) return 0;
-    const int base = kingAttack_ / 4 + KING_ZONE_BASE[tableIndex(king_, DEFENDER)];
+  int attackPenalty() const {
+    if (attackers_.force == 0) return 0;
+    const int base =
+        static_cast<int>(attackers_.kingAttack / 4) + KING_ZONE_BASE[tableIndex(king_, DEFENDER)];
     const int danger =
         (storm_ + 16 - shelter_) * base / 16 + base + (board_.side == DEFENDER ? 4 : 0);
-    const int penalty = danger >= 0 && danger < static_cast<int>(PENALTY.size())
-                            ? PENALTY[danger]
-                            : penaltyOf(danger);
-    return penalty * force / 8 * 12 / 32;
+    const unsigned penalty = danger >= 0 && danger < static_cast<int>(PENALTY.size())
+                                 ? PENALTY[danger]
+                                 : penaltyOf(danger);
+    return static_cast<int>(penalty * attackers_.force / 8 * 12 / 32);
   }
 
   // The pawns around the king, or around where castling would take it.
@@ -151,7 +150,7 @@ class KingSafety {
   }
 
   const Board& board_;
-  const int kingAttack_;
+  const PieceActivity& attackers_;
   const PawnSideInfo& pawns_;
   const PawnSideInfo& enemyPawns_;
   const Material enemy_;
@@ -162,9 +161,10 @@ class KingSafety {
 
 }  // namespace
 
-int kingSafety(const Board& board, const PawnEntry& entry, Color color, int kingAttack) {
-  return color == WHITE ? KingSafety<WHITE>(board, entry, kingAttack).value()
-                        : KingSafety<BLACK>(board, entry, kingAttack).value();
+int kingSafety(const Board& board, const PawnEntry& entry, Color color,
+               const PieceActivity& attackers) {
+  return color == WHITE ? KingSafety<WHITE>(board, entry, attackers).value()
+                        : KingSafety<BLACK>(board, entry, attackers).value();
 }
 
 }  // namespace ombrin

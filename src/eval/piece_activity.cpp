@@ -119,9 +119,9 @@ constexpr auto BISHOP_ATTACKS = phased(std::array{0, 6, 12, 12, 12},
 constexpr auto ROOK_ATTACKS =
     phased(std::array{0, 6, 12, 18, 8}, [](int value) { return PhaseScore(value, 2 * value); });
 
-// By the number of such files on the board.
+// By the number of open files.
 constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
-constexpr std::array<int, 9> HALF_OPEN_FILE = {0, 8, 8, 8, 8, 8, 8, 8, 8};
+constexpr int HALF_OPEN_FILE = 8;
 
 // A queen's distance from the enemy king.
 constexpr auto QUEEN_NEAR_KING = makeKingPieceTable<std::int8_t>([](Square king, Square queen) {
@@ -153,6 +153,11 @@ constexpr std::array<std::array<SquareSet, 64>, 2> SHUT_IN = [] {
 // Units of pieces from which on they can attack a king.
 constexpr int ATTACKERS = 11;
 
+unsigned attackForce(Material attacker) {
+  if (attacker.units() < ATTACKERS) return 0;
+  return static_cast<unsigned>(std::clamp(8 * attacker.queens() + attacker.units() - 16, 0, 8));
+}
+
 constexpr int TRAPPED_PIECE = -100;
 constexpr int ROOK_SHUT_IN = -50;
 
@@ -169,12 +174,11 @@ class PieceWalk {
         pawns_(entry.sides[OWN]),
         enemyPawns_(entry.sides[ENEMY]),
         enemy_(board.material(ENEMY)),
-        enemyKing_(board.kingSquare(ENEMY)),
-        attack_(sets, enemyKing_),
+        attack_(sets),
         empty_(~sets.occupied()),
         targets_(sets.men(ENEMY) & ~(sets.pawns(ENEMY) & sets.pawnAttacks(ENEMY))) {}
 
-  PieceActivity result() const {
+  [[gnu::always_inline]] PieceActivity result(unsigned force) const {
     const SquareSet own = sets_.men(OWN);
     const SquareSet ownRooks = own & sets_.rooks();
     const SquareSet ownQueens = own & sets_.queens();
@@ -189,7 +193,7 @@ class PieceWalk {
     const int phased =
         ((FULL_UNITS - units) * worth.phased.endgame() + units * worth.phased.middlegame()) /
         FULL_UNITS;
-    return {phased + worth.placement, worth.attack};
+    return {phased + worth.placement, force, worth.attack};
   }
 
  private:
@@ -203,8 +207,8 @@ class PieceWalk {
 
   struct Worth {
     PhaseScore phased;
-    int placement = 0;  // counts in every phase
-    int attack = 0;     // on the enemy king
+    int placement = 0;    // counts in every phase
+    unsigned attack = 0;  // on the enemy king
   };
 
   // Where a square is in a SquareTable of this colour.
@@ -259,24 +263,24 @@ class PieceWalk {
     const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
     const int onFree = (rooks & SquareSet::files(own)).count();
     const int onOpen = (rooks & SquareSet::files(both)).count();
-    worth.placement += onOpen * OPEN_FILE[std::popcount(both)] +
-                       (onFree - onOpen) * HALF_OPEN_FILE[std::popcount(own)];
+    worth.placement += onOpen * OPEN_FILE[std::popcount(both)] + (onFree - onOpen) * HALF_OPEN_FILE;
   }
 
   void queens(SquareSet queens, Worth& worth) const {
     queens.forEach([&](unsigned index) {
       worth.phased += QUEEN_SQUARE[relative(index)];
-      worth.placement += QUEEN_NEAR_KING[enemyKing_.index64()][index];
+      worth.placement += QUEEN_NEAR_KING[sets_.king(ENEMY)][index];
       if constexpr (ATTACK) worth.attack += attack_.queen(index);
     });
   }
 
   // Rooks and queens that shut the king in on its last ranks.
   void behindEnemyLines(SquareSet rooks, SquareSet queens, Worth& worth) const {
-    rooks = rooks & (SquareSet::rank(SEVENTH, OWN) | SquareSet::rank(EIGHTH, OWN));
+    constexpr SquareSet LAST_RANKS = SquareSet::rank(SEVENTH, OWN) | SquareSet::rank(EIGHTH, OWN);
+    if (((rooks | queens) & LAST_RANKS).empty()) return;
+    rooks = rooks & LAST_RANKS;
     queens = queens & SquareSet::rank(SEVENTH, OWN);
-    if ((rooks | queens).empty()) return;
-    const int kingRank = enemyKing_.relativeRank(OWN);
+    const int kingRank = board_.kingSquare(ENEMY).relativeRank(OWN);
     if (kingRank == SEVENTH) worth.placement += 10 * (rooks | queens).count();
     if (kingRank == EIGHTH) {
       worth.phased += PhaseScore(10, 40) * rooks.count() + PhaseScore(10, 32) * queens.count();
@@ -299,9 +303,8 @@ class PieceWalk {
 
   // A rook between its corner and a king that has left the middle but not castled.
   int rookShutIn(SquareSet rooks) const {
-    const Square king = board_.kingSquare(OWN);
-    if ((rooks & SHUT_IN[OWN][king.index64()]).empty()) return 0;
-    const bool right = king.file() > 3;
+    if ((rooks & SHUT_IN[OWN][sets_.king(OWN)]).empty()) return 0;
+    const bool right = sets_.king(OWN) % 8 > 3;
     return pawns_.hasPawnOn(right ? 6 : 0) && pawns_.hasPawnOn(right ? 7 : 1) ? ROOK_SHUT_IN : 0;
   }
 
@@ -310,7 +313,6 @@ class PieceWalk {
   const PawnSideInfo& pawns_;
   const PawnSideInfo& enemyPawns_;
   const Material enemy_;
-  const Square enemyKing_;
   const KingAttack<OWN> attack_;
   const SquareSet empty_;
   const SquareSet targets_;  // enemy men worth attacking
@@ -320,17 +322,13 @@ class PieceWalk {
 
 PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
                             Color color) {
-  if (attackForce(board.material(color)) > 0) {
-    return color == WHITE ? PieceWalk<WHITE, true>(board, sets, entry).result()
-                          : PieceWalk<BLACK, true>(board, sets, entry).result();
+  const unsigned force = attackForce(board.material(color));
+  if (force > 0) {
+    return color == WHITE ? PieceWalk<WHITE, true>(board, sets, entry).result(force)
+                          : PieceWalk<BLACK, true>(board, sets, entry).result(force);
   }
-  return color == WHITE ? PieceWalk<WHITE, false>(board, sets, entry).result()
-                        : PieceWalk<BLACK, false>(board, sets, entry).result();
-}
-
-int attackForce(Material attacker) {
-  if (attacker.units() < ATTACKERS) return 0;
-  return std::clamp(8 * attacker.queens() + attacker.units() - 16, 0, 8);
+  return color == WHITE ? PieceWalk<WHITE, false>(board, sets, entry).result(force)
+                        : PieceWalk<BLACK, false>(board, sets, entry).result(force);
 }
 
 }  // namespace ombrin
