@@ -183,12 +183,12 @@ class PieceWalk {
     const SquareSet ownRooks = own & sets_.rooks();
     const SquareSet ownQueens = own & sets_.queens();
     Worth worth;
+    behindEnemyLines(ownRooks, ownQueens, worth);
+    worth.placement += rookShutIn(ownRooks) + onFreeFiles(ownRooks);
     knights(own & sets_.knights(), worth);
     bishops(own & sets_.bishops(), worth);
     rooks(ownRooks, worth);
     queens(ownQueens, worth);
-    behindEnemyLines(ownRooks, ownQueens, worth);
-    worth.placement += rookShutIn(ownRooks);
     const int units = enemy_.units();
     const int phased =
         ((FULL_UNITS - units) * worth.phased.endgame() + units * worth.phased.middlegame()) /
@@ -259,11 +259,6 @@ class PieceWalk {
       worth.phased += ROOK_MOBILITY[countEmpty(reached)] + ROOK_ATTACKS[countTargets(reached)];
       if constexpr (ATTACK) worth.attack += attack_.rook(index);
     });
-    const auto own = pawns_.filesWithoutPawns;
-    const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
-    const int onFree = (rooks & SquareSet::files(own)).count();
-    const int onOpen = (rooks & SquareSet::files(both)).count();
-    worth.placement += onOpen * OPEN_FILE[std::popcount(both)] + (onFree - onOpen) * HALF_OPEN_FILE;
   }
 
   void queens(SquareSet queens, Worth& worth) const {
@@ -285,6 +280,14 @@ class PieceWalk {
     if (kingRank == EIGHTH) {
       worth.phased += PhaseScore(10, 40) * rooks.count() + PhaseScore(10, 32) * queens.count();
     }
+  }
+
+  int onFreeFiles(SquareSet rooks) const {
+    const auto own = pawns_.filesWithoutPawns;
+    const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
+    const int onFree = (rooks & SquareSet::files(own)).count();
+    const int onOpen = (rooks & SquareSet::files(both)).count();
+    return onOpen * OPEN_FILE[std::popcount(both)] + (onFree - onOpen) * HALF_OPEN_FILE;
   }
 
   static Delta inward(Square square) { return square.file() == 0 ? RIGHT : -RIGHT; }
