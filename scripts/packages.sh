@@ -34,3 +34,15 @@ install_missing() {
   rm -f "$log"
   missing_packages=()
 }
+
+# find_wine PRESET: Wine's program that runs what was built with windows64 or windows32; nothing when
+# there is none.
+find_wine() {
+  local names=(wine64 /usr/lib/wine/wine64)
+  [ "$1" = windows64 ] || names=(/usr/lib/wine/wine)
+  command -v "${names[@]}" | head -n 1
+}
+
+find_wineserver() {
+  command -v wineserver /usr/lib/wine/wineserver | head -n 1
+}

@@ -19,7 +19,7 @@ TEST(Console, Starts) {
 }
 
 TEST(Console, ReadsTheIniFileNamedByTheArgument) {
-  ChildProcess none({OMBRIN_PROGRAM, "one", "two"});
+  ChildProcess none({testedProgram(), "one", "two"});
   EXPECT_EQ(none.readAll(Session::DEADLINE), "\nombrin-0.5c\n\nUsage:  ombrin [inifile]\n");
   EXPECT_EQ(none.waitForExit(Session::DEADLINE), 255);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -19,6 +20,13 @@ namespace ombrin {
 
 using Lines = std::vector<std::string>;
 
+// The program under test: the built one, or what the environment names instead, such as a script
+// that runs one built for another system.
+inline std::string testedProgram() {
+  const char* const other = std::getenv("OMBRIN_TESTED_PROGRAM");
+  return other != nullptr ? other : OMBRIN_PROGRAM;
+}
+
 class Session {
  public:
   static constexpr std::chrono::milliseconds DEADLINE{60000};
@@ -26,7 +34,7 @@ class Session {
   // `ini` becomes the directory's ombrin.ini when it is not empty.
   explicit Session(std::string_view ini = "") : directory_(makeDirectory()) {
     if (!ini.empty()) std::ofstream(directory_ / "ombrin.ini") << ini;
-    process_.emplace(Lines{OMBRIN_PROGRAM}, directory_.string(), true);
+    process_.emplace(Lines{testedProgram()}, directory_.string(), true);
   }
   ~Session() {
     process_.reset();
@@ -74,10 +82,13 @@ class Session {
   std::optional<int> exitStatus() { return process_->waitForExit(DEADLINE); }
   ChildProcess& process() { return *process_; }
   const std::filesystem::path& directory() const { return directory_; }
+  // With line feeds for line ends, whatever the program's system has.
   std::string fileText(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(directory_ / name).rdbuf();
-    return text.str();
+    std::ostringstream stream;
+    stream << std::ifstream(directory_ / name).rdbuf();
+    std::string text = stream.str();
+    for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.erase(at, 1);
+    return text;
   }
 
  private:
