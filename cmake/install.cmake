@@ -10,9 +10,9 @@ endif()
 set(documents_dir ${CMAKE_INSTALL_DOCDIR})
 
 if(WIN32)
-  # An archive that is unpacked anywhere: everything in one directory.
+  # An archive that is unpacked anywhere, with the programs on top.
   set(program_dir .)
-  set(library_dir .)
+  set(library_dir egbb)
   set(documents_dir .)
 else()
   set(library_dir ${CMAKE_INSTALL_LIBDIR}/ombrin)
@@ -38,7 +38,9 @@ opening books that it makes from collections of games, and looks up endgames
 in bitbases, which a second program makes.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-if(NOT WIN32)
+if(WIN32)
+  include(cmake/windows_package.cmake)
+else()
   include(cmake/install_unix.cmake)
 endif()
 if(OMBRIN_DEBIAN)

@@ -38,3 +38,13 @@ function(ombrin_library folder)
     target_link_libraries(${target} ${scope} ombrin_${used})
   endforeach()
 endfunction()
+
+# ombrin_program(target): gives a program that users run what their system wants to know of it.
+function(ombrin_program target)
+  if(WIN32)
+    enable_language(RC)
+    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/packaging/windows/program.rc)
+    set_source_files_properties(${CMAKE_SOURCE_DIR}/packaging/windows/program.rc PROPERTIES
+      OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/packaging/windows/program.manifest)
+  endif()
+endfunction()
