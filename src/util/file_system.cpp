@@ -16,12 +16,9 @@ namespace {
 bool makeDirectory(std::string_view path) {
   std::string directory(path);
   std::replace(directory.begin(), directory.end(), '\\', '/');
-  const fs::path target = pathOf(directory);
   std::error_code error;
-  std::error_code ignored;
-  fs::create_directory(target, error);
-  // A drive is there though it cannot be made.
-  if (!error || fs::is_directory(target, ignored)) return true;
+  fs::create_directory(pathOf(directory), error);
+  if (!error) return true;
   print(stderr, "FileSystem: error %i creating directory: '%s'\n", error.value(),
         std::string(path).c_str());
   return false;
@@ -30,10 +27,12 @@ bool makeDirectory(std::string_view path) {
 }  // namespace
 
 bool makeDirectories(std::string_view path) {
-  std::size_t end = nameOf(pathOf(path).root_name()).size();
+  // A drive or another machine, where names begin with such, cannot be made.
+  const std::size_t root = nameOf(pathOf(path).root_name()).size();
+  std::size_t end = root;
   while (end < path.size()) {
     end = std::min(path.find_first_of("/\\", end), path.size());
-    if (end > 0 && !makeDirectory(path.substr(0, end))) return false;
+    if (end > root && !makeDirectory(path.substr(0, end))) return false;
     ++end;
   }
   return true;

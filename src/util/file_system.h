@@ -1,4 +1,4 @@
-// Directories and the existence of files. File names that go to std::filesystem pass through pathOf().
+// Directories and the existence of files. A file name goes to std::filesystem through pathOf().
 #pragma once
 
 #include <string>
