@@ -13,8 +13,9 @@ namespace ombrin {
 namespace {
 
 constexpr int MOST_PLIES = 400;
-// What the referee allows for pipes and a busy machine.
-constexpr int TOLERANCE_MS = 60;
+// What a move may take beyond its time: pipes, two processes that take turns, and the tick of the
+// clock.
+constexpr int LAG_MS = 60;
 
 bool isRepeated(const Board& board) {
   int seen = 0;
@@ -34,6 +35,14 @@ std::string inLowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
+}
+
+// The move that a protocol's text stands for; the null move for anything but a legal move in
+// coordinates.
+Move readReply(Board& board, const std::string& text) {
+  const Move move = parseMove(board, text);
+  const bool exact = !move.isNull() && inLowerCase(moveToCoordinates(move)) == inLowerCase(text);
+  return exact ? move : NULL_MOVE;
 }
 
 bool canMove(Board& board) {
@@ -95,25 +104,36 @@ GameResult playGame(Player& white, Player& black, const GameClock& clock, std::m
         break;
       }
       const int allowed = clock.moveTimeMs > 0 ? clock.moveTimeMs * 21 / 20 + 5 : left[side];
-      if (reply->elapsedMs > allowed + TOLERANCE_MS) {
-        end(lost, "time: " + std::to_string(reply->elapsedMs) + " of " + std::to_string(allowed),
-            true);
-        break;
+      const long lag = reply->elapsedMs - allowed;
+      result.longestLagMs = std::max(result.longestLagMs, lag);
+      if (lag > LAG_MS) {
+        const bool starved = reply->starvedMs >= lag - LAG_MS;
+        if (clock.moveTimeMs == 0 || !starved) {
+          end(lost, starved ? "flag fell, without a processor" : "flag fell", !starved);
+          result.record = "took " + std::to_string(reply->elapsedMs) + " of " +
+                          std::to_string(allowed) + " ms, kept waiting for " +
+                          std::to_string(reply->starvedMs) + " ms; ";
+          break;
+        }
+        ++result.lateMoves;
       }
       left[side] = std::max(1, left[side] - static_cast<int>(reply->elapsedMs)) + clock.incrementMs;
-      const Move move = parseMove(board, reply->move);
+      const Move move = readReply(board, reply->move);
       if (move.isNull()) {
         end(lost, "illegal move: " + reply->move, true);
         break;
       }
       makeMove(board, move);
       moves.push_back(inLowerCase(moveToCoordinates(move)));
+      if (!reply->ponderMove.empty() && readReply(board, reply->ponderMove).isNull()) {
+        end(lost, "illegal ponder move: " + reply->ponderMove, true);
+      }
     }
   }
   white.endGame();
   black.endGame();
   result.plies = static_cast<int>(moves.size());
-  result.record = fen;
+  result.record += fen;
   for (const std::string& move : moves) result.record += " " + move;
   return result;
 }

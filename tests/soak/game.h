@@ -12,7 +12,9 @@ struct GameResult {
   std::string reason;
   bool isFault = false;  // a player did what no player may do
   int plies = 0;
-  std::string record;  // start position and moves
+  int lateMoves = 0;      // beyond a fixed time per move, because there was no processor to run on
+  long longestLagMs = 0;  // beyond the time allowed, by any move
+  std::string record;     // start position and moves
 };
 
 // Plays one game from a random opening, by the rules.

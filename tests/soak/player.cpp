@@ -24,6 +24,22 @@ std::string number(long value) {
   return std::to_string(value);
 }
 
+// What a move has cost since the object was made.
+class Account {
+ public:
+  explicit Account(const ChildProcess& process)
+      : process_(process), starvedMs_(process.starvedMs()) {}
+  void settle(Reply& reply) const {
+    reply.elapsedMs = watch_.elapsedMs();
+    reply.starvedMs = process_.starvedMs() - starvedMs_;
+  }
+
+ private:
+  const ChildProcess& process_;
+  long starvedMs_;
+  Stopwatch watch_;
+};
+
 class UciPlayer : public Player {
  public:
   explicit UciPlayer(const PlayerSettings& settings) : Player(settings) {
@@ -47,7 +63,7 @@ class UciPlayer : public Player {
 
   std::optional<Reply> think(const std::vector<std::string>& moves,
                              const ClockTimes& times) override {
-    const Stopwatch watch;
+    const Account account(process_);
     const bool hit = !ponderMove_.empty() && !moves.empty() && moves.back() == ponderMove_;
     if (hit) {
       process_.send("ponderhit");
@@ -67,8 +83,9 @@ class UciPlayer : public Player {
     std::istringstream words(*line);
     std::string word;
     Reply reply;
-    words >> word >> reply.move >> word >> ponderMove_;
-    reply.elapsedMs = watch.elapsedMs();
+    words >> word >> reply.move >> word >> reply.ponderMove;
+    account.settle(reply);
+    ponderMove_ = reply.ponderMove;
     if (ponderMove_.size() == 5) ponderMove_[4] = static_cast<char>(std::tolower(ponderMove_[4]));
     if (settings_.ponder && !ponderMove_.empty()) {
       std::vector<std::string> expected = moves;
@@ -134,7 +151,7 @@ class XboardPlayer : public Player {
 
   std::optional<Reply> think(const std::vector<std::string>& moves,
                              const ClockTimes& times) override {
-    const Stopwatch watch;
+    const Account account(process_);
     const int own = clock_.moveTimeMs > 0 ? clock_.moveTimeMs * 20 : times.ownMs;
     process_.send("time " + number(own / 10));
     process_.send("otim " + number(times.otherMs / 10));
@@ -152,7 +169,10 @@ class XboardPlayer : public Player {
       return std::nullopt;
     }
     seen_ = moves.size() + 1;
-    return Reply{line->substr(5), watch.elapsedMs()};
+    Reply reply;
+    reply.move = line->substr(5);
+    account.settle(reply);
+    return reply;
   }
 
   void endGame() override {

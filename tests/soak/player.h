@@ -16,6 +16,7 @@ struct PlayerSettings {
   int threads = 1;
   int hashMb = 16;
   bool ponder = false;
+  std::string iniFile;  // none when empty
 };
 
 // How much time the players have: so much for every move, or a clock with an increment.
@@ -30,16 +31,19 @@ struct ClockTimes {
   int otherMs = 0;
 };
 
-// A player's answer: a move as text, and how long it took.
+// A player's answer: a move as text, how long it took, and for how much of that the player was kept
+// from running by other programs.
 struct Reply {
   std::string move;
+  std::string ponderMove;  // empty when none was named
   long elapsedMs = 0;
+  long starvedMs = 0;
 };
 
 class Player {
  public:
   explicit Player(const PlayerSettings& settings)
-      : settings_(settings), process_({settings.program}) {}
+      : settings_(settings), process_(commandOf(settings)) {}
   virtual ~Player() = default;
 
   virtual void newGame(const std::string& fen, Color color, const GameClock& clock) = 0;
@@ -49,10 +53,17 @@ class Player {
                                      const ClockTimes& times) = 0;
   virtual void endGame() = 0;
 
+  const PlayerSettings& settings() const { return settings_; }
   bool isBroken() const { return broken_; }
   // The program has ended though nobody asked it to.
   bool hasDied() { return process_.waitForExit(ChildProcess::Milliseconds(0)).has_value(); }
   long residentKb() const { return process_.residentKb(); }
+
+ private:
+  static std::vector<std::string> commandOf(const PlayerSettings& settings) {
+    if (settings.iniFile.empty()) return {settings.program};
+    return {settings.program, settings.iniFile};
+  }
 
  protected:
   static constexpr int PATIENCE_MS = 5000;

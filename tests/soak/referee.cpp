@@ -2,10 +2,12 @@
 //
 //   referee [--games N] [--protocol uci|xboard|mixed] [--engine PATH] [--opponent PATH]
 //           [--opponent-protocol uci|xboard] [--threads N] [--seed N] [--ponder] [--move-time MS]
-//           [--base MS --increment MS]
+//           [--base MS --increment MS] [--ini FILE] [--games-per-process N]
 //
 // Prints a line per game and, at the end, the results by reason. Exit status 1 when any game ended
-// by an illegal move, a loss on time, a stall or a crash, or when an engine's memory grew.
+// by an illegal move, a loss on time, a stall or a crash, or when an engine's memory grew. A flag
+// that falls because other programs had the processors is counted apart, as the system's scheduler
+// tells how long an engine waited for one.
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -28,6 +30,8 @@ struct Options {
   int threads = 1;
   unsigned seed = 1;
   bool ponder = false;
+  std::string iniFile;
+  int gamesPerProcess = 20;
   GameClock clock;
 };
 
@@ -60,6 +64,10 @@ Options parseOptions(int count, char** arguments) {
       options.threads = std::stoi(value);
     } else if (name == "--seed") {
       options.seed = static_cast<unsigned>(std::stoul(value));
+    } else if (name == "--ini") {
+      options.iniFile = value;
+    } else if (name == "--games-per-process") {
+      options.gamesPerProcess = std::max(std::stoi(value), 3);
     } else if (name == "--move-time") {
       options.clock.moveTimeMs = std::stoi(value);
     } else if (name == "--base") {
@@ -85,8 +93,9 @@ std::unique_ptr<Player> startPlayer(const Options& options, const std::string& p
   PlayerSettings settings;
   settings.program = program;
   settings.threads = options.threads;
-  settings.hashMb = 1 << random() % 7;
+  settings.hashMb = 1 << random() % 9;
   settings.ponder = options.ponder;
+  settings.iniFile = options.iniFile;
   return protocol == "uci" ? makeUciPlayer(settings) : makeXboardPlayer(settings);
 }
 
@@ -96,16 +105,20 @@ int run(const Options& options) {
   std::array<int, 3> results{};  // wins of the engine, draws, losses
   long firstKb = 0;
   long lastKb = 0;
+  long largestGrowthKb = 0;
+  long longestLagMs = 0;
+  int lateMoves = 0;
   bool failed = false;
   std::unique_ptr<Player> engine;
   std::unique_ptr<Player> opponent;
   for (int game = 0; game < options.games; ++game) {
     // New processes now and then, the same ones in between, so that both are tried.
-    if (game % 20 == 0 || engine->isBroken() || opponent->isBroken()) {
-      engine =
-          startPlayer(options, options.engine, protocolOf(options.protocol, game / 20), random);
-      opponent = startPlayer(options, options.opponent,
-                             protocolOf(options.opponentProtocol, game / 20), random);
+    if (game % options.gamesPerProcess == 0 || engine->isBroken() || opponent->isBroken()) {
+      engine = startPlayer(options, options.engine,
+                           protocolOf(options.protocol, game / options.gamesPerProcess), random);
+      opponent =
+          startPlayer(options, options.opponent,
+                      protocolOf(options.opponentProtocol, game / options.gamesPerProcess), random);
       firstKb = 0;
     }
     const bool engineIsWhite = game % 2 == 0;
@@ -117,7 +130,7 @@ int run(const Options& options) {
     ++reasons[result.reason];
     failed = failed || result.isFault;
     lastKb = engine->residentKb();
-    if (game % 20 == 2) firstKb = lastKb;
+    if (game % options.gamesPerProcess == 2) firstKb = lastKb;
     std::printf("%5d %-7s %-40s %4d plies %8ld kB  %s\n", game + 1,
                 score > 0   ? "won"
                 : score < 0 ? "lost"
@@ -125,14 +138,23 @@ int run(const Options& options) {
                 result.reason.c_str(), result.plies, lastKb,
                 result.isFault ? result.record.c_str() : "");
     std::fflush(stdout);
-    if (firstKb > 0 && lastKb > firstKb + firstKb / 4 + 4096) {
-      std::printf("memory grew from %ld to %ld kB\n", firstKb, lastKb);
+    lateMoves += result.lateMoves;
+    longestLagMs = std::max(longestLagMs, result.longestLagMs);
+    if (firstKb == 0) continue;
+    // The table takes its memory as its entries are first used; all else must stay as it is.
+    const long tableKb = 1024L * engine->settings().hashMb;
+    largestGrowthKb = std::max(largestGrowthKb, lastKb - firstKb);
+    if (lastKb > firstKb + tableKb + 4096) {
+      std::printf("memory grew from %ld to %ld kB, with a table of %ld kB\n", firstKb, lastKb,
+                  tableKb);
       failed = true;
       firstKb = lastKb;
     }
   }
   std::printf("engine: +%d =%d -%d\n", results[0], results[1], results[2]);
   for (const auto& [reason, count] : reasons) std::printf("%6d  %s\n", count, reason.c_str());
+  std::printf("longest lag %ld ms, %d moves late without a processor\n", longestLagMs, lateMoves);
+  std::printf("largest growth of memory %ld kB\n", largestGrowthKb);
   return failed ? 1 : 0;
 }
 

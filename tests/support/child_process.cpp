@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -157,6 +158,19 @@ long ChildProcess::processorMs() const {
   long system = 0;
   fields >> user >> system;
   return (user + system) * 1000 / sysconf(_SC_CLK_TCK);
+}
+
+long ChildProcess::starvedMs() const {
+  long nanoseconds = 0;
+  std::error_code error;
+  const std::string tasks = "/proc/" + std::to_string(pid_) + "/task";
+  for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
+    std::ifstream file(task.path() / "schedstat");
+    long running = 0;
+    long waiting = 0;
+    if (file >> running >> waiting) nanoseconds += waiting;
+  }
+  return nanoseconds / 1000000;
 }
 
 }  // namespace ombrin

@@ -46,6 +46,9 @@ class ChildProcess {
   long residentKb() const;
   // Processor time used so far, in milliseconds.
   long processorMs() const;
+  // How long its threads, taken together, have been ready to run and had no processor so far; in
+  // milliseconds.
+  long starvedMs() const;
 
  private:
   bool fill(std::chrono::steady_clock::time_point deadline);
