@@ -10,7 +10,13 @@
 
 namespace ombrin {
 
-void endProcess() {
+namespace {
+
+constexpr LogChannel LOG{"shell"};
+
+}  // namespace
+
+void endProcess(const char* why) {
   // A search thread that is stuck in a write holds the lock of that stream, and flushing waits for
   // it: so the patience is limited.
   static constexpr std::chrono::milliseconds PATIENCE(300);
@@ -19,6 +25,7 @@ void endProcess() {
     std::_Exit(EXIT_SUCCESS);
   });
   if (impatient.running()) impatient.resume();
+  if (why != nullptr) logInfo(LOG, "leaving: %s\n", why);
   std::fflush(stdout);
   flushLog();
   std::_Exit(EXIT_SUCCESS);

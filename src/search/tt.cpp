@@ -87,9 +87,18 @@ bool Tt::obtain() {
   return true;
 }
 
+// Writing zeros over a big block takes seconds where its pages were never used, as the system has
+// to find memory for them first: fresh pages are zero already.
 void Tt::clear() {
-  std::fill_n(slots_, entries(), Slot{});
-  generation_ = 1;
+  constexpr std::size_t BIG = std::size_t{128} << 20;
+  if (bytes_ >= BIG) {
+    const std::size_t kb = bytes_ / 1024;
+    bytes_ = 0;
+    resize(kb);
+  } else {
+    std::fill_n(slots_, entries(), Slot{});
+    generation_ = 1;
+  }
 }
 
 Tt::Slot Tt::pack(std::uint32_t key, const TtEntry& entry, std::uint8_t generation) {

@@ -49,6 +49,7 @@ class Tt {
   // table; nothing happens when it has that size already. Tries smaller sizes when memory is short
   // and aborts when there is none.
   void resize(std::uint64_t kb);
+  // As resize() to the size it has, and no slower for big tables.
   void clear();
   void nextGeneration() { ++generation_; }
 

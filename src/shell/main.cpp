@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "platform/end_request.h"
 #include "platform/standard_streams.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"
@@ -26,6 +27,7 @@ int main(int argc, char* argv[]) {
     ombrin::print(stdout, "Usage:  ombrin [inifile]\n");
     return -1;
   }
+  ombrin::onEndRequest([](const char* why) { ombrin::endProcess(why); });
   ombrin::Engine engine;
   engine.start(argc > 1 ? argv[1] : "ombrin.ini");
   engine.run();

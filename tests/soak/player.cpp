@@ -1,5 +1,7 @@
 #include "soak/player.h"
 
+#include <unistd.h>
+
 #include <chrono>
 #include <sstream>
 
@@ -24,19 +26,22 @@ std::string number(long value) {
   return std::to_string(value);
 }
 
-// What a move has cost since the object was made.
+// What a move has cost since the object was made. The referee may have to wait for a processor too.
 class Account {
  public:
-  explicit Account(const ChildProcess& process)
-      : process_(process), starvedMs_(process.starvedMs()) {}
+  explicit Account(const ChildProcess& process) : process_(process) {}
   void settle(Reply& reply) const {
     reply.elapsedMs = watch_.elapsedMs();
-    reply.starvedMs = process_.starvedMs() - starvedMs_;
+    reply.starvedMs = starvedMs() - starvedMs_;
   }
 
  private:
+  long starvedMs() const {
+    return ChildProcess::starvedMs(process_.pid()) + ChildProcess::starvedMs(getpid());
+  }
+
   const ChildProcess& process_;
-  long starvedMs_;
+  long starvedMs_ = starvedMs();
   Stopwatch watch_;
 };
 

@@ -57,7 +57,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::s
 
 ChildProcess::~ChildProcess() {
   closeInput();
-  if (output_ >= 0) close(output_);
+  closeOutput();
   if (pid_ > 0 && !status_) {
     ::kill(pid_, SIGKILL);
     waitpid(pid_, nullptr, 0);
@@ -77,6 +77,11 @@ bool ChildProcess::write(std::string_view text) {
 void ChildProcess::closeInput() {
   if (input_ >= 0) close(input_);
   input_ = -1;
+}
+
+void ChildProcess::closeOutput() {
+  if (output_ >= 0) close(output_);
+  output_ = -1;
 }
 
 bool ChildProcess::fill(Clock::time_point deadline) {
@@ -160,10 +165,10 @@ long ChildProcess::processorMs() const {
   return (user + system) * 1000 / sysconf(_SC_CLK_TCK);
 }
 
-long ChildProcess::starvedMs() const {
+long ChildProcess::starvedMs(pid_t process) {
   long nanoseconds = 0;
   std::error_code error;
-  const std::string tasks = "/proc/" + std::to_string(pid_) + "/task";
+  const std::string tasks = "/proc/" + std::to_string(process) + "/task";
   for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
     std::ifstream file(task.path() / "schedstat");
     long running = 0;

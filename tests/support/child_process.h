@@ -29,6 +29,7 @@ class ChildProcess {
   bool write(std::string_view text);
   bool send(std::string_view line) { return write(std::string(line) + "\n"); }
   void closeInput();
+  void closeOutput();  // nothing can be read any more
 
   // The next line without its line end; nothing when the deadline passes or the output ends.
   std::optional<std::string> readLine(Milliseconds deadline);
@@ -46,9 +47,9 @@ class ChildProcess {
   long residentKb() const;
   // Processor time used so far, in milliseconds.
   long processorMs() const;
-  // How long its threads, taken together, have been ready to run and had no processor so far; in
-  // milliseconds.
-  long starvedMs() const;
+  // How long a process's threads, taken together, have been ready to run and had no processor so
+  // far; in milliseconds.
+  static long starvedMs(pid_t process);
 
  private:
   bool fill(std::chrono::steady_clock::time_point deadline);
