@@ -6,7 +6,7 @@
 
 #include "book/book_format.h"
 #include "book/book_output.h"
-#include "platform/prefetch.h"
+#include "util/prefetch.h"
 #include "util/print.h"
 
 namespace ombrin {

@@ -7,11 +7,11 @@
 
 #include "board/attacks.h"
 #include "board/make_move.h"
-#include "platform/prefetch.h"
 #include "search/alpha_beta.h"
 #include "search/node.h"
 #include "search/selectivity.h"
 #include "util/log.h"
+#include "util/prefetch.h"
 #include "util/print.h"
 
 namespace ombrin {
