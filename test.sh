@@ -11,6 +11,8 @@ need_program cmake cmake
 need_program ninja ninja-build
 need_program clang-format clang-format
 need_program clang-tidy clang-tidy
+need_program x86_64-w64-mingw32-g++-posix g++-mingw-w64-x86-64-posix
+need_program i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
 install_missing
 need_header gtest/gtest.h libgtest-dev
 need_header benchmark/benchmark.h libbenchmark-dev
@@ -74,3 +76,17 @@ run_tests tsan --tests-regex "^(${threaded// /|})"
 stage "release build"
 compile release
 run_tests release
+
+# Wine for 32-bit programs is used where it is, but not installed: it needs a second architecture.
+stage "Windows programs"
+[ -n "$(find_wine windows64)" ] || missing_packages+=(wine64)
+install_missing || true
+for preset in windows64 windows32; do
+  configure "$preset" -DOMBRIN_TESTS=OFF
+  compile "$preset"
+  if [ -n "$(find_wine "$preset")" ]; then
+    scripts/test-windows.sh "$preset"
+  else
+    echo "$preset: built, but not tested, because there is no Wine for it"
+  fi
+done

@@ -10,8 +10,9 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 source scripts/packages.sh
 
 preset=${1:?the preset to test}
-wine=${2:-$(find_wine "$preset")}
-wineserver=${3:-$(find_wineserver)}
+wine=${2:-$(find_wine "$preset" || true)}
+wineserver=${3:-$(find_wineserver || true)}
+: "${wine:?is not there for this preset}" "${wineserver:?is not there}"
 native=$PWD/build/release
 windows=$PWD/build/$preset
 tests=$native/tests
