@@ -14,6 +14,12 @@ if(OMBRIN_SANITIZE)
   target_link_options(ombrin_settings INTERFACE -fsanitize=${OMBRIN_SANITIZE})
 endif()
 
+if(OMBRIN_COVERAGE)
+  # Whole lines and functions, at a speed that the tests can bear; threads must not lose counts.
+  target_compile_options(ombrin_settings INTERFACE -O1 --coverage -fprofile-update=atomic)
+  target_link_options(ombrin_settings INTERFACE --coverage)
+endif()
+
 # ombrin_library(folder [folder it may use ...])
 function(ombrin_library folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp)
