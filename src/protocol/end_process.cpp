@@ -2,9 +2,9 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <thread>
 
+#include "platform/leave_process.h"
 #include "platform/thread.h"
 #include "util/log.h"
 
@@ -22,13 +22,13 @@ void endProcess(const char* why) {
   static constexpr std::chrono::milliseconds PATIENCE(300);
   Thread impatient = Thread::createSuspended([] {
     std::this_thread::sleep_for(PATIENCE);
-    std::_Exit(EXIT_SUCCESS);
+    leaveProcess();
   });
   if (impatient.running()) impatient.resume();
   if (why != nullptr) logInfo(LOG, "leaving: %s\n", why);
   std::fflush(stdout);
   flushLog();
-  std::_Exit(EXIT_SUCCESS);
+  leaveProcess();
 }
 
 }  // namespace ombrin
