@@ -72,7 +72,8 @@ bool isActive(Board& board, const NodeTerms& terms, Move move) {
   const bool active = from == terms.threatSquare || (mover.isPawn() && pawnAttacks(board, to)) ||
                       (mover.type() == KNIGHT && knightAttacks(board, to)) ||
                       (mover.isSlider() && sliderAttacks(board, mover, from, to));
-  return active && (move.captured().value() > mover.value() || !losesMaterial(board, board.side, move));
+  return active &&
+         (move.captured().value() > mover.value() || !losesMaterial(board, board.side, move));
 }
 
 }  // namespace ombrin
