@@ -107,7 +107,8 @@ GameResult playGame(Player& white, Player& black, const GameClock& clock, std::m
       const long lag = reply->elapsedMs - allowed;
       result.longestLagMs = std::max(result.longestLagMs, lag);
       if (lag > LAG_MS) {
-        const bool starved = reply->starvedMs >= lag - LAG_MS;
+        // Most of the lag, as waking up and finding memory take longer then, too.
+        const bool starved = reply->starvedMs * 4 >= lag * 3;
         if (clock.moveTimeMs == 0 || !starved) {
           end(lost, starved ? "flag fell, without a processor" : "flag fell", !starved);
           result.record = "took " + std::to_string(reply->elapsedMs) + " of " +

@@ -47,7 +47,7 @@ class Player {
   virtual ~Player() = default;
 
   virtual void newGame(const std::string& fen, Color color, const GameClock& clock) = 0;
-  // The move to make after `moves` (in coordinates); nothing when none comes for five seconds more
+  // The move to make after `moves` (in coordinates); nothing when none comes for a minute more
   // than the player may take.
   virtual std::optional<Reply> think(const std::vector<std::string>& moves,
                                      const ClockTimes& times) = 0;
@@ -66,7 +66,7 @@ class Player {
   }
 
  protected:
-  static constexpr int PATIENCE_MS = 5000;
+  static constexpr int PATIENCE_MS = 60000;
 
   PlayerSettings settings_;
   ChildProcess process_;
