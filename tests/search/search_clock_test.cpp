@@ -34,6 +34,11 @@ TEST(SearchClockTest, SharesTheRemainingTimeOut) {
       {"few moves, out of book", 7, 60000, 0, 0, 1, false, {450, 4500, 11250, 28125, 45000}},
       {"pondering", 0, 60000, 0, 0, 0, true, {114, 1141, 2853, 7132, 11412}},
       {"no time at all", 0, 0, 0, 0, 0, false, {0, 0, 0, 0, 0}},
+      {"a millisecond", 0, 1, 0, 0, 0, false, {0, 0, 0, 0, 0}},
+      {"fifty milliseconds", 0, 50, 0, 0, 0, false, {0, 0, 1, 2, 4}},
+      {"nothing but the increment", 0, 0, 100, 0, 0, false, {0, 0, 0, 0, 0}},
+      {"last move, in the reserve", 1, 50, 0, 3000, 0, false, {3, 30, 75, 100, 100}},
+      {"overdrawn", 0, -500, 0, 0, 0, false, {0, 1, 3, 7, 12}},
       {"negative increment", 0, 1000, -5000, 0, 0, false, {0, 0, 0, 0, 0}},
   };
   for (const auto& test : cases) {
