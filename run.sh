@@ -5,7 +5,7 @@
 set -u
 
 root=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")" && pwd) || exit 1
-build=$root/build/release
+build=$root/build/pgo
 log=$root/build/run.log
 
 source "$root/scripts/packages.sh"
@@ -14,22 +14,12 @@ need_program cmake cmake
 need_program ninja ninja-build
 install_missing || exit 1
 
-# A tree that was configured with the tests keeps them; only the engine is built in any case.
-build_engine() {
-  # A tree that was copied from elsewhere still names its old place.
-  if [ ! -f "$build/build.ninja" ] ||
-    ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$build/CMakeCache.txt"; then
-    cmake --fresh -S "$root" --preset release -DOMBRIN_TESTS=OFF -DOMBRIN_BENCH=OFF || return 1
-  fi
-  cmake --build "$build" --target ombrin
-}
-
 mkdir -p "$root/build" || exit 1
-[ -x "$build/ombrin" ] || echo "building ombrin, which takes a minute or two" >&2
+[ -x "$build/ombrin" ] || echo "building ombrin, which takes two minutes" >&2
 # Two that start at once must not build at once.
 if ! (
   flock 9 2>/dev/null
-  build_engine </dev/null >"$log" 2>&1 || {
+  "$root/scripts/build-pgo.sh" </dev/null >"$log" 2>&1 || {
     cat "$log" >&2
     exit 1
   }

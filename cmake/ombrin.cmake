@@ -4,8 +4,29 @@ add_library(ombrin_settings INTERFACE)
 target_compile_options(ombrin_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wcast-qual -Wnon-virtual-dtor
   -Woverloaded-virtual -Wundef -Werror)
-# Counting bits is one instruction on every processor since 2008; the evaluation counts all the time.
-target_compile_options(ombrin_settings INTERFACE -mpopcnt)
+set(OMBRIN_CPU "" CACHE STRING
+  "processor to build for, as for -march=: nothing for any, native for this machine's")
+if(OMBRIN_CPU)
+  target_compile_options(ombrin_settings INTERFACE -march=${OMBRIN_CPU})
+endif()
+
+# A build that records where it spends its time, and one that is made fast there.
+set(OMBRIN_PROFILE "" CACHE STRING "record or use a profile")
+set(OMBRIN_PROFILE_DIR "" CACHE PATH "where the profile is")
+if(OMBRIN_PROFILE)
+  set(profile_options -fprofile-prefix-path=${CMAKE_BINARY_DIR})
+  if(OMBRIN_PROFILE STREQUAL "record")
+    list(APPEND profile_options
+      -fprofile-generate=${OMBRIN_PROFILE_DIR} -fprofile-update=prefer-atomic)
+  else()
+    # What the training did not touch is compiled as ever.
+    list(APPEND profile_options
+      -fprofile-use=${OMBRIN_PROFILE_DIR} -fprofile-partial-training -Wno-missing-profile)
+  endif()
+  target_compile_options(ombrin_settings INTERFACE ${profile_options})
+  target_link_options(ombrin_settings INTERFACE ${profile_options})
+endif()
+
 if(OMBRIN_SANITIZE)
   # Instrumented code makes the compiler see uninitialised variables where there are none.
   target_compile_options(ombrin_settings INTERFACE
