@@ -50,6 +50,8 @@ void checkUnmaking(Board& board) {
     require(board.hash == before.hash && board.phash == before.phash, "unmaking restores keys");
     require(board.squares == before.squares, "unmaking restores squares");
     require(board.pieceSquare == before.pieceSquare, "unmaking restores lists");
+    require(board.byColor == before.byColor && board.byType == before.byType,
+            "unmaking restores sets");
     require(
         board.WhiteMaterial == before.WhiteMaterial && board.BlackMaterial == before.BlackMaterial,
         "unmaking restores material");
