@@ -32,10 +32,11 @@ int requestsIn = -1;
 
 void handleSignal(int signal) {
   const int saved = errno;
-  for (unsigned char i = 0; i < REQUESTS.size(); ++i) {
+  for (std::size_t i = 0; i < REQUESTS.size(); ++i) {
     if (REQUESTS[i].signal != signal) continue;
+    const auto index = static_cast<unsigned char>(i);
     // The pipe is never full where it matters: the first request ends the program.
-    [[maybe_unused]] const ssize_t written = write(requestsIn, &i, 1);
+    [[maybe_unused]] const ssize_t written = write(requestsIn, &index, 1);
   }
   errno = saved;
 }
