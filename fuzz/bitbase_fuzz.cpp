@@ -1,6 +1,9 @@
 // Bitbase files of any bytes, or whole ones with a few bytes damaged, and any questions to the
 // library.
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <memory>
 #include <vector>
 
 #include "../bitbases/table_file.h"

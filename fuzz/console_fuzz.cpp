@@ -39,6 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       "\nq",
   };
   silence();
-  playSession("md 2\nmt 1\n", SessionText(WORDS), textOf(data, size));
+  playSession("", SessionText(WORDS), textOf(data, size));
   return 0;
 }

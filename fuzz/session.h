@@ -1,10 +1,12 @@
 // Sessions with the whole engine, in this process.
 #pragma once
 
-#include <array>
+#include <algorithm>
+#include <chrono>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "board/fen.h"
@@ -107,7 +109,9 @@ inline void playSession(std::string_view opening, const SessionText& words,
                 "book.build.minquality=0\n");
   const WorkingIn directory(scratch);
 
-  std::string text(opening);
+  // The console is there under a protocol too, and its searches hold everything up.
+  std::string text = "md 2\nmt 1\n";
+  text += opening;
   text += words.expand(input);
   Engine engine;
   engine.start("ombrin.ini");

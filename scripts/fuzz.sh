@@ -28,8 +28,12 @@ for target in "${targets[@]}"; do
   found=build/fuzz/found/$target
   mkdir -p "$grown" "$found"
   log=build/fuzz/$target.log
+  # Sessions complain on standard error, and redirect it.
+  quiet=0
+  case $target in uci | winboard | console) quiet=2 ;; esac
   if "build/fuzz/fuzz/${target}_fuzz" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
-    -artifact_prefix="$found/" -print_final_stats=1 "$grown" "fuzz/corpus/$target" 2>"$log"; then
+    -artifact_prefix="$PWD/$found/" -print_final_stats=1 -close_fd_mask=$quiet \
+    "$grown" "fuzz/corpus/$target" 2>"$log"; then
     printf '%-12s %s executions\n' "$target" \
       "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")"
   else
