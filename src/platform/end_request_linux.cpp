@@ -1,8 +1,8 @@
-#include <fcntl.h>
+#include <semaphore.h>
 #include <signal.h>
-#include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <system_error>
 #include <thread>
@@ -26,38 +26,37 @@ constexpr std::array<Request, 4> REQUESTS = {{
     {SIGPIPE, "nobody reads the output", false},
 }};
 
-// A handler may do next to nothing, so all that it does is to write the request's index to a pipe
-// that a thread reads: D. J. Bernstein's self-pipe.
-int requestsIn = -1;
+// A handler may do next to nothing, so all that it does is to wake the thread that does the rest.
+std::atomic<int> requested = 0;
+sem_t wakeUp;
 
 void handleSignal(int signal) {
   const int saved = errno;
-  for (std::size_t i = 0; i < REQUESTS.size(); ++i) {
-    if (REQUESTS[i].signal != signal) continue;
-    const auto index = static_cast<unsigned char>(i);
-    // The pipe is never full where it matters: the first request ends the program.
-    [[maybe_unused]] const ssize_t written = write(requestsIn, &index, 1);
-  }
+  requested.store(signal, std::memory_order_relaxed);
+  sem_post(&wakeUp);
   errno = saved;
+}
+
+void awaitRequest(void (*leave)(const char* why)) {
+  while (sem_wait(&wakeUp) != 0) {
+  }
+  const int signal = requested.load(std::memory_order_relaxed);
+  for (const Request& request : REQUESTS) {
+    if (request.signal == signal) leave(request.name);
+  }
 }
 
 }  // namespace
 
 void onEndRequest(void (*leave)(const char* why)) {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-  fcntl(ends[1], F_SETFL, O_NONBLOCK);
-  requestsIn = ends[1];
+  sem_init(&wakeUp, 0, 0);
   try {
-    std::thread([leave, out = ends[0]] {
-      unsigned char index = 0;
-      while (read(out, &index, 1) != 1) {
-      }
-      leave(REQUESTS[index].name);
-    }).detach();
+    std::thread(awaitRequest, leave).detach();
   } catch (const std::system_error&) {
     return;
   }
+  sigset_t handled;
+  sigemptyset(&handled);
   for (const Request& request : REQUESTS) {
     struct sigaction action {};
     sigaction(request.signal, nullptr, &action);
@@ -66,7 +65,12 @@ void onEndRequest(void (*leave)(const char* why)) {
     action.sa_handler = handleSignal;
     action.sa_flags = SA_RESTART;
     sigaction(request.signal, &action, nullptr);
+    sigaddset(&handled, request.signal);
   }
+  // A failed write tells the thread that wrote. Every other signal is left to the waiting thread,
+  // the only one that is not busy with anything else.
+  sigdelset(&handled, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &handled, nullptr);
 }
 
 }  // namespace ombrin

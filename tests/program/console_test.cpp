@@ -162,7 +162,7 @@ TEST(Console, HelpsInFixedWords) {
 
 TEST(Console, EndsAtOnceWithStatusZero) {
   // Each ends the program, in idleness and while a search runs that would go on for ever.
-  for (int round = 0; round < 8; ++round) {
+  for (int round = 0; round < 2; ++round) {
     for (const char* last : {"q\n", "quit\n", ""}) {
       for (const char* before : {"", "go infinite\n", "set async 1\nmt 1000\ng\n"}) {
         Session session;
