@@ -1,6 +1,8 @@
-// A book of any bytes: opened, looked up, listed, and merged with itself.
+// A book of any bytes: opened, looked up, listed, and merged with itself and with what its second
+// half is as a book.
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 #include "board/fen.h"
@@ -13,16 +15,40 @@
 
 using namespace ombrin;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  silence();
-  static const std::string path = "/tmp/ombrin-book-fuzz-" + std::to_string(getpid());
-  static const std::string merged = path + "-merged";
-  static Board board;
-  setFen(board, START_FEN);
+namespace {
+
+void write(const std::string& path, const std::uint8_t* data, std::size_t size) {
   std::FILE* file = std::fopen(path.c_str(), "wb");
   require(file != nullptr, "there is a temporary file");
   std::fwrite(data, 1, size, file);
   std::fclose(file);
+}
+
+void checkMerge(const std::string& master, const std::string& secondary,
+                const std::string& result) {
+  require(mergeBooks(master, secondary, result), "books that open can be merged");
+  Board board;
+  BookFile book(board);
+  require(book.open(result), "the result is a book");
+  BookEntry entry;
+  std::uint32_t records = 0;
+  for (book.rewind(); book.next(entry);) ++records;
+  const std::size_t length = std::filesystem::file_size(result);
+  require(length == BookHeader::SIZE + records * std::size_t(book.header().recordSize),
+          "of whole records");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  silence();
+  static const std::string path = "/tmp/ombrin-book-fuzz-" + std::to_string(getpid());
+  static const std::string half = path + "-half";
+  static const std::string merged = path + "-merged";
+  static Board board;
+  setFen(board, START_FEN);
+  write(path, data, size);
+  write(half, data + size / 2, size - size / 2);
 
   BookFile book(board);
   require(book.open(path), "a file that exists is opened");
@@ -36,8 +62,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(move.isNull() || isMove(board, move), "a move that is picked is a move");
   picker.show();
   logBook(book);
-  require(mergeBooks(path, path, merged), "a book that opens can be merged");
+  checkMerge(path, path, merged);
+  checkMerge(path, half, merged);
+  checkMerge(half, path, merged);
   unlink(path.c_str());
+  unlink(half.c_str());
   unlink(merged.c_str());
   return 0;
 }

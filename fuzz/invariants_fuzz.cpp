@@ -25,7 +25,6 @@ struct Searcher {
     search.quiet = true;
     search.maxDepth = 3;
     clock.setInfinite(true);
-    clock.nodeLimit = 20000;
   }
   Tt tt{256};
   Bitbases bitbases;
