@@ -86,6 +86,7 @@ void UciFrontEnd::announce() {
 }
 
 void UciFrontEnd::isReady() {
+  control_.search().makeReady();
   send("readyok\n");
   logLine("<--readyok");
 }

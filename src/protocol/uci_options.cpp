@@ -47,6 +47,7 @@ void UciFrontEnd::setHash() {
   control_.stopSearch();
   logInfo(UCI_LOG, "resizing hash to %uMb\n", static_cast<unsigned>(size));
   control_.search().tt().resize(size * 1024);
+  control_.search().makeReady();
   logInfo(UCI_LOG, "resized\n");
 }
 

@@ -123,11 +123,13 @@ void WinboardFrontEnd::memory() {
   if (megabytes <= 0) return;
   control_.stopSearch();
   control_.search().tt().resize(static_cast<std::size_t>(megabytes) * 1024);
+  control_.search().makeReady();
   restartAnalysis();
 }
 
 void WinboardFrontEnd::newGame() {
   stop();
+  control_.search().makeReady();
   bookExit_.reset();
   control_.setPosition(START_FEN);
   engineSide_ = BLACK;

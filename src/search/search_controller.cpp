@@ -212,6 +212,10 @@ bool SearchController::isIdle() const {
   return implementation_->idle().isSet();
 }
 
+void SearchController::makeReady() {
+  if (isIdle()) tt().makeReady();
+}
+
 void SearchController::setListener(SearchObserver* listener) {
   implementation_->listener = listener;
 }

@@ -48,6 +48,9 @@ class SearchController {
   // A search that was started infinite goes on under the clock's limits.
   void ponderhit();
   bool isIdle() const;
+  // Has the table ready for a search to come; nothing happens during one. While no clock runs: it
+  // takes up to seconds when the table is big and has not been used.
+  void makeReady();
 
   // Settings, read when a search starts. A depth below 1 means no limit of its own.
   int maxDepth = 0;

@@ -6,8 +6,13 @@
 #include <bit>
 #include <cstdlib>
 #include <limits>
+#include <span>
+#include <utility>
+#include <vector>
 
 #include "platform/huge_pages.h"
+#include "platform/processors.h"
+#include "platform/thread.h"
 #include "util/log.h"
 #include "util/print.h"
 
@@ -69,6 +74,7 @@ void Tt::resize(std::uint64_t kb) {
     }
   }
   generation_ = 1;
+  isUnused_ = true;
   mask_ = entries() - 1;
   logInfo(TT_LOG, "tt.kb     =%zu\n", bytes_ / 1024);
   logInfo(TT_LOG, "tt.entries=%zx\n", entries());
@@ -87,18 +93,33 @@ bool Tt::obtain() {
   return true;
 }
 
-// Writing zeros over a big block takes seconds where its pages were never used, as the system has
-// to find memory for them first: fresh pages are zero already.
+// Also makes the system find memory for every page now, which can take longer than a whole move: it
+// must not have to do so while a search looks at the clock only every few hundred nodes.
 void Tt::clear() {
-  constexpr std::size_t BIG = std::size_t{128} << 20;
-  if (bytes_ >= BIG) {
-    const std::size_t kb = bytes_ / 1024;
-    bytes_ = 0;
-    resize(kb);
-  } else {
-    std::fill_n(slots_, entries(), Slot{});
-    generation_ = 1;
+  constexpr std::size_t SLICE = (std::size_t{16} << 20) / ENTRY_BYTES;
+  const auto processors = static_cast<std::size_t>(std::max(processorCount(), 1));
+  const std::size_t parts = std::clamp<std::size_t>(entries() / SLICE, 1, processors);
+  std::vector<Thread> helpers;
+  for (std::size_t part = 0; part < parts; ++part) {
+    const std::span slice(slots_ + entries() * part / parts,
+                          slots_ + entries() * (part + 1) / parts);
+    const auto fill = [slice] { std::fill(slice.begin(), slice.end(), Slot{}); };
+    // The last part is this thread's own, and so is one for which there is no thread.
+    Thread helper = part + 1 < parts ? Thread::createSuspended(fill) : Thread();
+    if (helper.running()) {
+      helper.resume();
+      helpers.push_back(std::move(helper));
+    } else {
+      fill();
+    }
   }
+  for (Thread& helper : helpers) helper.join();
+  generation_ = 1;
+  isUnused_ = false;
+}
+
+void Tt::makeReady() {
+  if (isUnused_) clear();
 }
 
 Tt::Slot Tt::pack(std::uint32_t key, const TtEntry& entry, std::uint8_t generation) {

@@ -43,15 +43,22 @@ class Tt {
   Tt& operator=(const Tt&) = delete;
   ~Tt();
 
-  // resize, clear and nextGeneration: only while no search runs.
+  // resize, clear, makeReady and nextGeneration: only while no search runs.
 
   // Takes the largest power of two of kilobytes not above `kb`, at least 256, and empties the
   // table; nothing happens when it has that size already. Tries smaller sizes when memory is short
-  // and aborts when there is none.
+  // and aborts when there is none. Takes no time: the system only promises the memory until it is
+  // used.
   void resize(std::uint64_t kb);
-  // As resize() to the size it has, and no slower for big tables.
+  // Empties the table, with as many threads as there are processors.
   void clear();
-  void nextGeneration() { ++generation_; }
+  // Has the system find the memory of a table that nothing has used yet, so that no search needs to
+  // wait for it. Keeps what a used one holds.
+  void makeReady();
+  void nextGeneration() {
+    ++generation_;
+    isUnused_ = false;
+  }
 
   std::size_t bytes() const { return bytes_; }
   std::size_t entries() const { return bytes_ / ENTRY_BYTES; }
@@ -105,6 +112,7 @@ class Tt {
   std::size_t mask_ = 0;
   std::size_t bytes_ = 0;
   std::uint8_t generation_ = 0;
+  bool isUnused_ = true;
   std::unique_ptr<void, Release> block_;
 };
 
