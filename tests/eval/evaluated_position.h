@@ -16,7 +16,6 @@ struct EvaluatedPosition {
     evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
     evaluator.pawnScore();
   }
-  const PawnEntry& entry() const { return evaluator.pawnEntry(); }
 
   Board board;
   Evaluator evaluator;
