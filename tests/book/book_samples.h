@@ -44,6 +44,16 @@ inline BookEntry makeEntry(std::uint64_t key, std::string_view move, std::uint32
   return entry;
 }
 
+// So many different moves of one position, each with one game won.
+inline std::vector<BookEntry> manyMoves(std::uint64_t key, int count) {
+  std::vector<BookEntry> entries;
+  for (int i = 0; i < count; ++i) {
+    entries.push_back(makeEntry(key, "a1a1", 1, 0, 0));
+    entries.back().to = static_cast<std::uint8_t>(i);
+  }
+  return entries;
+}
+
 // Writes the entries as they stand.
 inline void writeBook(const std::string& name, const std::vector<BookEntry>& entries,
                       const BookHeader& header = {}) {
