@@ -2,34 +2,24 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "temporary_directory.h"
+
 namespace bitbase_test {
+
+using ombrin::TemporaryDirectory;
 
 namespace {
 
-// Everything that the tests of this process write.
-class Workspace {
- public:
-  Workspace() { std::filesystem::create_directories(path_); }
-  ~Workspace() {
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-  }
-  std::string path(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_ = testing::TempDir() + "bitbases-" + std::to_string(getpid());
-};
-
-const Workspace& workspace() {
-  static const Workspace WORKSPACE;
-  return WORKSPACE;
+// The path of something that the tests of this process write; all of it goes when they end.
+std::string workPath(const std::string& name) {
+  static const TemporaryDirectory DIRECTORY;
+  return DIRECTORY.path() / name;
 }
 
 }  // namespace
@@ -76,12 +66,12 @@ int Library::probe(const Query& query) const {
 }
 
 std::string makeDirectory(const std::string& name) {
-  std::filesystem::create_directories(workspace().path(name));
-  return workspace().path(name);
+  std::filesystem::create_directories(workPath(name));
+  return workPath(name);
 }
 
 std::string generate(const std::string& arguments) {
-  const std::string output = workspace().path("output");
+  const std::string output = workPath("output");
   const std::string command =
       std::string("'") + OMBRIN_BITBASE_GENERATOR + "' --threads 2 " + arguments + " > " + output;
   const bool hasFailed = std::system(command.c_str()) != 0;
@@ -93,9 +83,7 @@ std::string generate(const std::string& arguments) {
 const std::string& tables() {
   static const std::string DIRECTORY = [] {
     std::string directory = makeDirectory("tables");
-    const std::string materials = " KPK KBNK KQKR KRKN";
-    EXPECT_EQ(generate(directory + materials + (HAS_KPKP ? " KPKP" : "")).find("failed"),
-              std::string::npos);
+    EXPECT_EQ(generate(directory + " " + std::string(MATERIALS)).find("failed"), std::string::npos);
     return directory;
   }();
   return DIRECTORY;
