@@ -54,9 +54,8 @@ TEST(PgnReader, ReadsMoveTextAsTolerantlyAsCollectionsNeed) {
   } cases[] = {
       {"an empty file", "", {}},
       {"comment, variation, numbers, glyph",
-       "1. e4 {best by test} e5 (1... c5 2. Nf3) 2. Nf3 $1 Nc6 *\n",
-       {"e4 e5 Nf3! Nc6 :0"}},
-      {"numbers without a blank", "1.e4 e5 2.Nf3 2...Nc6 1-0", {"e4 e5 Nf3 Nc6 :2"}},
+       "1.e4 {best by test} e5 (1... c5 2. Nf3) 2. Nf3 $1 2...Nc6 1-0\n",
+       {"e4 e5 Nf3! Nc6 :2"}},
       {"every glyph, and codes without one",
        "$1 e4 $1 e5 $2 d4 $3 d5 $4 c4 $5 c5 $6 h3 $0 h6 $7 $139 a3 $2 $1 $x 1/2-1/2",
        {"e4! e5? d4!! d5?? c4!? c5?! h3 h6! a3?! $x :1"}},
@@ -71,15 +70,13 @@ TEST(PgnReader, ReadsMoveTextAsTolerantlyAsCollectionsNeed) {
       {"a semicolon is no comment", "e4 ; e5\n% x\n*", {"e4 ; e5 % x :0"}},
       {"evaluations and draw offers", "e4 +/= e5 = -+ +0.32 d4 (=) *", {"e4 e5 d4 :0"}},
       {"castling with zeros is lost, null moves stay", "0-0 -- O-O Z0 *", {"O-O Z0 :0"}},
+      {"variations of any depth", "e4 " + std::string(100000, '(') + " e5 *", {"e4 :0"}},
       {"tabs, blanks, carriage returns",
        "  \te4\t\te5   d4\r\n\r\n\td5 1-0\r\n",
        {"e4 e5 d4 d5 :2"}},
-      {"no blank line between games",
-       "[Event \"a\"]\n\ne4 1-0\n[Event \"b\"]\n\nd4 0-1\n",
-       {"e4 :2", "d4 :3"}},
-      {"several blank lines",
-       "[Event \"a\"]\n\n\ne4 1-0\n\n\n[Event \"b\"]\n\nd4 0-1\n\n\n",
-       {"e4 :2", "d4 :3"}},
+      {"no blank line between games, or several",
+       "[Event \"a\"]\n\ne4 1-0\n[Event \"b\"]\n\nd4 0-1\n\n\n[Event \"c\"]\n\n\nc4 *\n\n\n",
+       {"e4 :2", "d4 :3", "c4 :0"}},
       {"tags only", "[Result \"1-0\"]\n[Event \"b\"]\n", {":2"}},
       {"a byte-order mark costs the first line",
        "\xef\xbb\xbf[Event \"a\"]\n[Result \"1-0\"]\n\ne4 1-0\n",
@@ -101,26 +98,21 @@ TEST(PgnReader, StoresTags) {
       "[Round \"3.1\"]\n[White \"A, B\"]\n[Black \"\"]\n[WhiteElo \" 2401x\"]\n"
       "[BlackElo \"99999999999\"]\n[ECO \"A00\"]\n[FEN \"8/8\"]\n[WhiteTitle \"GM\"]\n"
       "[event \"small\"]\n[Site]\n[Site \"unclosed\n\ne4 1-0\n[Event \"second\"]\n");
+  const auto tags = [](const PgnGame* game) {
+    return game->event + '|' + game->site + '|' + game->date + '|' + game->round + '|' +
+           game->white + '|' + game->black + '|' + std::to_string(game->whiteElo) + '|' +
+           std::to_string(game->blackElo) + '|' + game->eco + '|' + game->fen;
+  };
   const PgnGame* game = collection.next();
   ASSERT_NE(game, nullptr);
-  EXPECT_EQ(game->event, "M\xfcnchen (open) \\");
-  EXPECT_EQ(game->site, "unclosed");
-  EXPECT_EQ(game->date, "2");
-  EXPECT_EQ(game->round, "3.1");
-  EXPECT_EQ(game->white, "A, B");
-  EXPECT_EQ(game->black, "");
-  EXPECT_EQ(game->whiteElo, 2401);
-  EXPECT_EQ(game->blackElo, 2147483647);
-  EXPECT_EQ(game->eco, "A00");
-  EXPECT_EQ(game->fen, "8/8");
+  EXPECT_EQ(tags(game), "M\xfcnchen (open) \\|unclosed|2|3.1|A, B||2401|2147483647|A00|8/8");
   EXPECT_EQ(collection.lineCount(), 17U);
 
   game = collection.next();
   ASSERT_NE(game, nullptr);
-  EXPECT_EQ(game->event, "second");
-  EXPECT_EQ(game->fen + game->site + game->white + game->date + game->eco, "");
-  EXPECT_EQ(game->whiteElo | game->blackElo | game->result, 0);
-  EXPECT_EQ(game->moves.size(), 0U);
+  EXPECT_EQ(tags(game), "second||||||0|0||");
+  EXPECT_EQ(game->result, NO_RESULT);
+  EXPECT_TRUE(game->moves.empty());
   EXPECT_EQ(collection.lineCount(), 18U);
   EXPECT_EQ(collection.next(), nullptr);
 }
@@ -128,22 +120,19 @@ TEST(PgnReader, StoresTags) {
 TEST(PgnReader, WarnsOfResultsThatMakeNoSense) {
   const struct {
     const char* text;
-    const char* warning;
-    const char* output;
+    std::string warning;
   } cases[] = {
-      {"[Result \"1-0\"]\n\ne4 0-1\n", "Warning: mixed results: 0-1 <> 1-0",
-       "line 3: WARN Warning: mixed results: 0-1 <> 1-0\n"},
-      {"[Result \"won\"]\n\ne4 1-0\n", "invalid result: won\"]",
-       "line 3: WARN invalid result: won\"]\n"},
-      {"[Result \"1-0 (time)\"]\n\ne4 1-0\n", "", ""},
-      {"[Result \"1/2-1/2\"]\n\ne4 *\n", "Warning: mixed results: * <> 1/2-1/2",
-       "line 3: WARN Warning: mixed results: * <> 1/2-1/2\n"},
+      {"[Result \"1-0\"]\n\ne4 0-1\n", "Warning: mixed results: 0-1 <> 1-0"},
+      {"[Result \"won\"]\n\ne4 1-0\n", "invalid result: won\"]"},
+      {"[Result \"1-0 (time)\"]\n\ne4 1-0\n", ""},
+      {"[Result \"1/2-1/2\"]\n\ne4 *\n", "Warning: mixed results: * <> 1/2-1/2"},
   };
   for (const auto& example : cases) {
     Collection collection(example.text);
     testing::internal::CaptureStdout();
     const PgnGame* game = collection.next();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), example.output);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              example.warning.empty() ? "" : "line 3: WARN " + example.warning + "\n");
     ASSERT_NE(game, nullptr);
     EXPECT_EQ(game->warning, example.warning);
   }
@@ -155,7 +144,7 @@ TEST(PgnReader, EndsOnDamagedFiles) {
   const std::string sound{std::istreambuf_iterator<char>(file), {}};
   ASSERT_EQ(Collection(sound).rest().size(), 12U);
   std::mt19937 random(11);
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 100; ++round) {
     std::string text = sound;
     for (int damage = 0; damage < 40; ++damage) {
       constexpr std::string_view NASTY = "{}()[]\"$;%\n\r\t *10\0\xff";
@@ -166,24 +155,11 @@ TEST(PgnReader, EndsOnDamagedFiles) {
     for (const char c : text) lines += c == '\n' ? 1 : 0;
     testing::internal::CaptureStdout();
     Collection collection(text);
-    std::size_t count = 0;
-    while (collection.next() != nullptr) ++count;
+    const std::size_t count = collection.rest().size();
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(collection.lineCount(), lines);
     EXPECT_LE(count, lines);
   }
-}
-
-TEST(PgnReader, ReadsVeryLongLines) {
-  std::string text = "{" + std::string(100000, 'x') + "} ";
-  for (int i = 0; i < 30000; ++i) text += "Nf3 Nf6 ";
-  testing::internal::CaptureStdout();
-  Collection collection(text + "((((" + std::string(100000, '('));
-  const PgnGame* game = collection.next();
-  testing::internal::GetCapturedStdout();
-  ASSERT_NE(game, nullptr);
-  EXPECT_EQ(game->moves.size(), 60000U);
-  EXPECT_EQ(game->moves[59999], "Nf6");
 }
 
 TEST(PgnReader, KeepsNoMoreThanAGameNeeds) {
