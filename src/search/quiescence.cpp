@@ -72,6 +72,11 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
   // Step 6. The end of the tables.
   if (ply > MAX_PLY) return thread.evaluator.evaluate();
 
+  // What step 10 may stand pat on. Worked out here, it fills the time until the table's answer is
+  // there, which is more than what the answers that make it useless waste.
+  Score standing = 0;
+  if (!inCheck && !lastMove.isXray()) standing = thread.evaluator.evaluate();
+
   // Step 7. The table. Its move is only used to sort moves that a generator has made.
   int storedDepth = budget - QUIESCENCE_BUDGET;
   Move hashMove;
@@ -118,7 +123,7 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
       if (menOnBoard(board) <= state.bitbaseLimits.memory && !board.hasEnPassant()) {
         if (const auto answer = state.bitbases.probe(board)) return answer->relativeToRoot(ply);
       }
-      best = thread.evaluator.evaluate();
+      best = standing;
       if (best >= beta) return best;
       alpha = std::max(alpha, best);
     }
