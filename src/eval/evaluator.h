@@ -7,6 +7,7 @@
 #include "board/score.h"
 #include "eval/evaluation_breakdown.h"
 #include "eval/pawn_hash.h"
+#include "util/prefetch.h"
 
 namespace ombrin {
 
@@ -32,6 +33,8 @@ class Evaluator {
 
   // Makes pawnEntry() the position's entry.
   void probePawnHash();
+  // Asks the memory for that entry.
+  void prefetchPawnEntry() { prefetch(&pawnHash_.slot(board_.phash)); }
 
   // The entry of the position most recently given to evaluate(), pawnScore() or probePawnHash().
   const PawnEntry& pawnEntry() const { return *pawnEntry_; }

@@ -202,7 +202,9 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   int searched = 0;
   const auto make = [&](Move move) {
     state.tt.prefetchAfter(board, move);
-    return makeMove(board, move);
+    const Move made = makeMove(board, move);
+    thread.evaluator.prefetchPawnEntry();
+    return made;
   };
   const auto failHigh = [&](Move move, Score score) {
     storeNode(thread, ply, depth, move, score, TT_LOWER);

@@ -11,7 +11,6 @@
 #include "search/node.h"
 #include "search/selectivity.h"
 #include "util/log.h"
-#include "util/prefetch.h"
 #include "util/print.h"
 
 namespace ombrin {
@@ -362,7 +361,7 @@ void splitNodeSearch(SearchThread& thread, SplitNode& node) {
     move = makeMove(board, move);
     if (!move) continue;
     ++counters.splitmoves;
-    prefetch(&thread.evaluator.pawnHash().slot(board.phash));
+    thread.evaluator.prefetchPawnEntry();
     const int extended = extension(board, terms, type, move, 3);
     const int depth = terms.newDepth + extended;
 

@@ -144,6 +144,7 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
     if (uncovers(board, king, move.from(), move.to())) continue;
     state.tt.prefetchAfter(board, move);
     move = makeMove(board, move);
+    thread.evaluator.prefetchPawnEntry();
     if (!move) continue;
     Score score;
     bool open = true;
