@@ -10,7 +10,8 @@ if(OMBRIN_CPU)
   target_compile_options(ombrin_settings INTERFACE -march=${OMBRIN_CPU})
 endif()
 
-# A build that records where it spends its time, and one that is made fast there.
+# A build that records where it spends its time, and one that is made fast there. Both run at fixed
+# addresses, which a table look-up can contain, and are for programs only.
 set(OMBRIN_PROFILE "" CACHE STRING "record or use a profile")
 set(OMBRIN_PROFILE_DIR "" CACHE PATH "where the profile is")
 if(OMBRIN_PROFILE)
@@ -19,12 +20,10 @@ if(OMBRIN_PROFILE)
     list(APPEND profile_options
       -fprofile-generate=${OMBRIN_PROFILE_DIR} -fprofile-update=prefer-atomic)
   else()
-    # What the training did not touch is compiled as ever.
-    list(APPEND profile_options
-      -fprofile-use=${OMBRIN_PROFILE_DIR} -fprofile-partial-training -Wno-missing-profile)
+    list(APPEND profile_options -fprofile-use=${OMBRIN_PROFILE_DIR} -Wno-missing-profile)
   endif()
-  target_compile_options(ombrin_settings INTERFACE ${profile_options})
-  target_link_options(ombrin_settings INTERFACE ${profile_options})
+  target_compile_options(ombrin_settings INTERFACE ${profile_options} -fno-pie)
+  target_link_options(ombrin_settings INTERFACE ${profile_options} -no-pie)
 endif()
 
 if(OMBRIN_SANITIZE)

@@ -19,6 +19,7 @@ data=build/profile/data
 if [ ! "$data" -nt "$recorder" ]; then
   rm -rf "$data" build/pgo
   "$recorder" 6
+  "$recorder" 5 2
   touch "$data"
 fi
 build pgo ombrin
