@@ -321,10 +321,8 @@ class PieceWalk {
   const SquareSet targets_;  // enemy men worth attacking
 };
 
-}  // namespace
-
-PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
-                            Color color) {
+inline PieceActivity walk(const Board& board, const BoardSets& sets, const PawnEntry& entry,
+                          Color color) {
   const unsigned force = attackForce(board.material(color));
   if (force > 0) {
     return color == WHITE ? PieceWalk<WHITE, true>(board, sets, entry).result(force)
@@ -332,6 +330,28 @@ PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const Paw
   }
   return color == WHITE ? PieceWalk<WHITE, false>(board, sets, entry).result(force)
                         : PieceWalk<BLACK, false>(board, sets, entry).result(force);
+}
+
+// The walk counts squares all the time. Nearly every processor has an instruction for that, but a
+// program for all of them must ask for it before it uses it.
+#ifdef __POPCNT__
+constexpr bool CAN_COUNT = true;
+#else
+const bool CAN_COUNT = __builtin_cpu_supports("popcnt") != 0;
+#endif
+
+[[gnu::target("popcnt"), gnu::flatten]] PieceActivity countingWalk(const Board& board,
+                                                                   const BoardSets& sets,
+                                                                   const PawnEntry& entry,
+                                                                   Color color) {
+  return walk(board, sets, entry, color);
+}
+
+}  // namespace
+
+PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
+                            Color color) {
+  return CAN_COUNT ? countingWalk(board, sets, entry, color) : walk(board, sets, entry, color);
 }
 
 }  // namespace ombrin
