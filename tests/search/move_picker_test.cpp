@@ -9,12 +9,12 @@
 #include "board/exchange.h"
 #include "board/move_generation.h"
 #include "search/search_fixture.h"
-#include "search/search_state.h"
+#include "support/random_positions.h"
 
 namespace ombrin {
 namespace {
 
-class MovePickerTest : public testing::Test, Silence {
+class MovePickerTest : public testing::Test, protected TestThread {
  protected:
   static constexpr int PLY = 5;
 
@@ -49,61 +49,47 @@ class MovePickerTest : public testing::Test, Silence {
   }
   void setUp(const std::string& fen) { ASSERT_TRUE(setFen(board, fen)); }
   Move read(const std::string& text) { return parseMove(board, text).identity(); }
-
-  Tt tt{256};
-  Bitbases bitbases;
-  SearchClock clock;
-  SearchState state{tt, bitbases, clock};
-  SearchThread& thread = state.mainThread();
-  Board& board = thread.board;
 };
 
 // Whatever the killers, the hash move and the threat are, every legal move comes exactly once.
 TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
   std::mt19937 random(7);
-  for (int game = 0; game < 60; ++game) {
-    setUp(std::string(START_FEN));
-    Move lastMove;
-    for (int ply = 0; ply < 120; ++ply) {
-      const std::vector<Move> moves = legal(lastMove);
-      const std::vector<std::uint32_t> expected = playable(moves);
-      if (expected.empty()) break;
-      const auto any = [&] { return moves[random() % moves.size()].identity(); };
+  forRandomPositions(2, 60, [&](const Board& position) {
+    board.copyFrom(position);
+    const Move lastMove = board.lastMove();
+    const std::vector<Move> moves = legal(lastMove);
+    const std::vector<std::uint32_t> expected = playable(moves);
+    if (expected.empty()) return;
+    const auto anyOf = [&](const std::vector<Move>& list) {
+      return list.empty() ? NULL_MOVE : list[random() % list.size()].identity();
+    };
 
-      MovePicker picker(thread, PLY);
-      std::vector<Move> handed;
-      if (lastMove.isCheck()) {
-        EXPECT_EQ(picker.startEvasions(lastMove), static_cast<int>(moves.size()));
-        picker.orderEvasions(any());
-        handed = rest(picker);
-      } else {
-        const Move hashMove = random() % 2 == 0 ? any() : NULL_MOVE;
-        for (Killers& killers : thread.killers) {
-          killers.first = any();
-          do killers.second = any();
-          while (moves.size() > 1 && killers.second == killers.first);
-          if (!killers.first.isQuiet()) killers.first = NULL_MOVE;
-          if (!killers.second.isQuiet()) killers.second = NULL_MOVE;
+    MovePicker picker(thread, PLY);
+    std::vector<Move> handed;
+    if (lastMove.isCheck()) {
+      EXPECT_EQ(picker.startEvasions(lastMove), static_cast<int>(moves.size()));
+      picker.orderEvasions(anyOf(moves));
+      handed = rest(picker);
+    } else {
+      const Move hashMove = random() % 2 == 0 ? anyOf(moves) : NULL_MOVE;
+      for (Killers& killers : thread.killers) {
+        killers = {anyOf(moves), anyOf(moves)};
+        if (killers.second == killers.first || !killers.second.isQuiet()) {
+          killers.second = NULL_MOVE;
         }
-        // A move of the opponent's, of the kind that a null move brings to light.
-        const SavedState saved = board.save();
-        makeNullMove(board);
-        const std::vector<Move> threats = legal(NULL_MOVE);
-        unmakeNullMove(board, saved);
-        const Move threat =
-            threats.empty() ? NULL_MOVE : threats[random() % threats.size()].identity();
-        picker.startMain(hashMove, threat);
-        handed = rest(picker);
-        if (hashMove) handed.push_back(hashMove);
+        if (!killers.first.isQuiet()) killers.first = NULL_MOVE;
       }
-      ASSERT_EQ(playable(handed), expected) << writeFen(board);
-
-      board.makeRoom();
-      Move next;
-      while (!next) next = makeMove(board, moves[random() % moves.size()]);
-      lastMove = next;
+      // A move of the opponent's, of the kind that a null move brings to light.
+      const SavedState saved = board.save();
+      makeNullMove(board);
+      const Move threat = anyOf(legal(NULL_MOVE));
+      unmakeNullMove(board, saved);
+      picker.startMain(hashMove, threat);
+      handed = rest(picker);
+      if (hashMove) handed.push_back(hashMove);
     }
-  }
+    ASSERT_EQ(playable(handed), expected) << writeFen(board);
+  });
 }
 
 TEST_F(MovePickerTest, OrdersTheMainStages) {

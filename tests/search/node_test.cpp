@@ -14,12 +14,8 @@
 namespace ombrin {
 namespace {
 
-class NodeTest : public testing::Test, Silence {
+class NodeTest : public testing::Test, protected TestThread {
  protected:
-  NodeTest() {
-    thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
-    clock.setInfinite(true);
-  }
   // Sets up and plays; the last move as made.
   Move setUp(const std::string& fen, const std::vector<std::string>& moves = {}) {
     EXPECT_TRUE(setFen(board, fen));
@@ -27,13 +23,6 @@ class NodeTest : public testing::Test, Silence {
     if (moves.empty()) return board.lastMove();
     return play(board, moves);
   }
-
-  Tt tt{256};
-  Bitbases bitbases;
-  SearchClock clock;
-  SearchState state{tt, bitbases, clock};
-  SearchThread& thread = state.mainThread();
-  Board& board = thread.board;
 };
 
 TEST_F(NodeTest, CountsRepetitionsByDistanceFromTheRoot) {
@@ -162,39 +151,24 @@ TEST_F(NodeTest, ExtendsRecapturesAndPawnEndings) {
   const struct {
     const char* what;
     const char* fen;
-    std::vector<std::string> moves;  // the last one is judged, the one before led to the node
+    const char* before;  // led to the node
+    const char* move;    // is judged
     int newDepth;
     NodeType type;
     int expected;
   } cases[] = {
-      {"recapture", "4k3/2p5/3n4/8/8/3Q4/8/3RK3 w - -", {"d3d6", "c7d6"}, 3, PV_NODE, 1},
-      {"recapture near the horizon",
-       "4k3/2p5/3n4/8/8/3Q4/8/3RK3 w - -",
-       {"d3d6", "c7d6"},
-       2,
-       PV_NODE,
-       0},
-      {"unbalanced recapture",
-       "4k3/2p5/3n4/8/8/3Q4/8/3RK2R w - -",
-       {"d3d6", "c7d6"},
-       3,
-       CUT_NODE,
-       0},
-      {"even recapture", "4k3/2p5/3n4/8/8/3N4/8/4K3 w - -", {"d3f4", "d6f5"}, 3, CUT_NODE, 0},
-      {"takes the last knight",
-       "8/2p5/4k3/3N4/8/8/3P4/4K3 w - -",
-       {"d2d3", "e6d5"},
-       1,
-       CUT_NODE,
-       7},
+      {"recapture", "4k3/2p5/3n4/8/8/3Q4/8/3RK3 w - -", "d3d6", "c7d6", 3, PV_NODE, 1},
+      {"near the horizon", "4k3/2p5/3n4/8/8/3Q4/8/3RK3 w - -", "d3d6", "c7d6", 2, PV_NODE, 0},
+      {"unbalanced", "4k3/2p5/3n4/8/8/3Q4/8/3RK2R w - -", "d3d6", "c7d6", 3, CUT_NODE, 0},
+      {"even", "4k3/2p5/3n4/8/8/3N4/8/4K3 w - -", "d3f4", "d6f5", 3, CUT_NODE, 0},
+      {"takes the last knight", "8/2p5/4k3/3N4/8/8/3P4/4K3 w - -", "d2d3", "e6d5", 1, CUT_NODE, 7},
   };
   for (const auto& test : cases) {
-    setUp(test.fen, {test.moves[0]});
     NodeTerms terms;
-    terms.lastMove = board.moveHistory[board.ply - 1];
+    terms.lastMove = setUp(test.fen, {test.before});
     terms.depth = test.newDepth + 1;
     terms.newDepth = test.newDepth;
-    const Move made = play(board, {test.moves[1]});
+    const Move made = play(board, {test.move});
     EXPECT_EQ(extension(board, terms, test.type, made, 7), test.expected) << test.what;
     terms.newDepth = terms.depth;
     EXPECT_EQ(extension(board, terms, test.type, made, 7), 0) << test.what << ", extended already";

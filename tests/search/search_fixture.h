@@ -15,6 +15,7 @@
 #include "egbb/bitbases.h"
 #include "search/search_clock.h"
 #include "search/search_controller.h"
+#include "search/search_state.h"
 #include "search/tt.h"
 #include "util/log.h"
 
@@ -66,13 +67,33 @@ class LogCapture {
   std::FILE* stream_;
 };
 
-// A search controller with all that it needs. Its searches have no time limit unless they are given
-// one.
-struct TestEngine : Silence {
+// What every search needs. There is no time limit unless one is set.
+struct SearchParts : Silence {
+  SearchParts() { clock.setInfinite(true); }
+
+  Tt tt{1024};
+  Bitbases bitbases;
+  SearchClock clock;
+};
+
+// A main search thread that is used without a controller.
+struct TestThread : SearchParts {
+  TestThread() { thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE); }
+
+  SearchState state{tt, bitbases, clock};
+  SearchThread& thread = state.mainThread();
+  Board& board = thread.board;
+};
+
+// A search controller before it is booted.
+struct UnbootedEngine : SearchParts {
+  SearchController search{tt, bitbases, clock};
+};
+
+struct TestEngine : UnbootedEngine {
   explicit TestEngine(int threads = 1) {
     search.setThreads(threads);
     search.boot();
-    clock.setInfinite(true);
   }
 
   // Searches to that depth and no further, on this thread.
@@ -86,11 +107,6 @@ struct TestEngine : Silence {
     clock.setMoveTime(600000);
     clock.setInfinite(false);
   }
-
-  Tt tt{4096};
-  Bitbases bitbases;
-  SearchClock clock;
-  SearchController search{tt, bitbases, clock};
 };
 
 inline const std::vector<std::string> MIDDLEGAMES = {

@@ -9,7 +9,6 @@
 #include "board/self_check.h"
 #include "search/root_search.h"
 #include "search/search_fixture.h"
-#include "search/search_state.h"
 #include "search/statistics.h"
 
 namespace ombrin {
@@ -27,46 +26,57 @@ void expectLegal(const Board& root, std::span<const Move> line) {
   }
 }
 
+void expectPlayableLine(const SearchController& search, const Board& root) {
+  const auto line = search.principalVariation();
+  ASSERT_FALSE(line.empty());
+  EXPECT_EQ(line[0], search.bestMove());
+  expectLegal(root, line);
+}
+
 struct MateCase {
   const char* fen;
   int moves;  // until the mate; below 0 when the side to move is mated
 };
 
-class Mates : public testing::TestWithParam<std::tuple<MateCase, int>> {};
-
 // Distances proven by exhaustive search.
-TEST_P(Mates, AreFoundWithTheirDistance) {
-  const auto& [mate, threads] = GetParam();
+constexpr MateCase MATES[] = {
+    {"6k1/5ppp/8/8/8/8/8/R5K1 w - -", 1},
+    {"r1bqkbnr/pppp1ppp/2n5/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq -", 1},
+    {"7k/P7/6K1/8/8/8/8/8 w - -", 1},
+    {"kbK5/pp6/1P6/8/8/8/8/R7 w - -", 2},
+    {"6k1/pp4p1/2p5/2bp4/8/P5Pb/1P3rrP/2BRRN1K b - -", 2},
+    {"4k3/8/8/8/8/8/R7/1R2K3 w - -", 2},
+    {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - -", 3},
+    {"1r4k1/5Npp/8/8/2Q5/8/6PP/6K1 w - -", 3},
+    {"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq -", 3},
+    {"r3k2r/ppp2Npp/1b5n/4p2b/2B1P2q/BQP2P2/P5PP/RN5K w kq -", 3},
+    {"r2n1rk1/1ppb2pp/1p1p4/3Ppq1n/2B3P1/2P4P/PP1N1P1K/R2Q1RN1 b - -", 3},
+    {"7k/5K2/6P1/8/8/8/8/8 w - -", 3},
+    {"k7/8/1K6/3N4/8/3B4/8/8 w - -", 4},
+    {"6k1/8/8/8/4K3/8/8/1Q6 w - -", 4},
+    {"8/8/6k1/8/8/8/1R6/R5K1 w - -", 4},
+    {"8/8/5k2/8/8/8/1R6/R5K1 w - -", 5},
+    {"8/8/8/8/8/5k2/7q/5K2 w - -", -1},
+    {"k7/8/2K5/8/8/8/8/6R1 b - -", -2},
+    {"6k1/8/4K3/8/8/8/8/7Q b - -", -3},
+};
+
+void expectMates(int threads, std::span<const MateCase> mates) {
   TestEngine engine(threads);
   engine.play();
-  const auto board = boardOf(mate.fen);
-  const Score expected = mate.moves > 0 ? 30001 - 2 * mate.moves : -30000 - 2 * mate.moves;
-  EXPECT_EQ(engine.searchTo(20, *board), expected);
-  const auto line = engine.search.principalVariation();
-  ASSERT_FALSE(line.empty());
-  EXPECT_EQ(line[0], engine.search.bestMove());
-  expectLegal(*board, line);
+  for (const auto& [fen, moves] : mates) {
+    const auto board = boardOf(fen);
+    engine.tt.clear();
+    EXPECT_EQ(engine.searchTo(20, *board), moves > 0 ? 30001 - 2 * moves : -30000 - 2 * moves)
+        << fen << ", " << threads << " threads";
+    expectPlayableLine(engine.search, *board);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    OneToFive, Mates,
-    testing::Combine(
-        testing::Values(
-            MateCase{"6k1/5ppp/8/8/8/8/8/R5K1 w - -", 1},
-            MateCase{"r1bqkbnr/pppp1ppp/2n5/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq -", 1},
-            MateCase{"7k/P7/6K1/8/8/8/8/8 w - -", 1}, MateCase{"kbK5/pp6/1P6/8/8/8/8/R7 w - -", 2},
-            MateCase{"6k1/pp4p1/2p5/2bp4/8/P5Pb/1P3rrP/2BRRN1K b - -", 2},
-            MateCase{"4k3/8/8/8/8/8/R7/1R2K3 w - -", 2},
-            MateCase{"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - -", 3},
-            MateCase{"1r4k1/5Npp/8/8/2Q5/8/6PP/6K1 w - -", 3},
-            MateCase{"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq -", 3},
-            MateCase{"r3k2r/ppp2Npp/1b5n/4p2b/2B1P2q/BQP2P2/P5PP/RN5K w kq -", 3},
-            MateCase{"r2n1rk1/1ppb2pp/1p1p4/3Ppq1n/2B3P1/2P4P/PP1N1P1K/R2Q1RN1 b - -", 3},
-            MateCase{"7k/5K2/6P1/8/8/8/8/8 w - -", 3}, MateCase{"k7/8/1K6/3N4/8/3B4/8/8 w - -", 4},
-            MateCase{"6k1/8/8/8/4K3/8/8/1Q6 w - -", 4}, MateCase{"8/8/6k1/8/8/8/1R6/R5K1 w - -", 4},
-            MateCase{"8/8/5k2/8/8/8/1R6/R5K1 w - -", 5}, MateCase{"8/8/8/8/8/5k2/7q/5K2 w - -", -1},
-            MateCase{"k7/8/2K5/8/8/8/8/6R1 b - -", -2}, MateCase{"6k1/8/4K3/8/8/8/8/7Q b - -", -3}),
-        testing::Values(1, 2, 4)));
+TEST(SearchTest, FindsMatesWithTheirDistance) {
+  expectMates(1, MATES);
+  expectMates(2, std::span(MATES).subspan(5, 5));
+}
 
 TEST(SearchTest, EndsAtOnceWithoutALegalMove) {
   struct End : SearchObserver {
@@ -140,65 +150,38 @@ TEST(SearchTest, StopsEarlyWhenThereIsNothingToDecide) {
   }
 }
 
+// An engine that has searched before and one that has not find the same in the same way.
 TEST(SearchTest, IsDeterministic) {
-  TestEngine first;
-  TestEngine second;
+  TestEngine used;
   for (const std::string& fen : MIDDLEGAMES) {
     const auto board = boardOf(fen);
-    first.tt.clear();
-    second.tt.clear();
-    const Score score = first.searchTo(7, *board);
-    EXPECT_EQ(second.searchTo(7, *board), score);
-    EXPECT_EQ(first.search.nodes(), second.search.nodes()) << fen;
-    EXPECT_EQ(first.search.bestMove(), second.search.bestMove());
-    const std::uint64_t nodes = first.search.nodes();
-    first.tt.clear();
-    first.searchTo(7, *board);
-    EXPECT_EQ(first.search.nodes(), nodes) << "after clearing the table, " << fen;
+    TestEngine fresh;
+    used.tt.clear();
+    EXPECT_EQ(used.searchTo(6, *board), fresh.searchTo(6, *board)) << fen;
+    EXPECT_EQ(used.search.nodes(), fresh.search.nodes()) << fen;
+    EXPECT_EQ(used.search.bestMove(), fresh.search.bestMove()) << fen;
+    expectPlayableLine(used.search, *board);
+    EXPECT_EQ(used.search.ponderMove(), used.search.principalVariation()[1]) << fen;
   }
 }
 
 TEST(SearchTest, LeavesItsBoardAsItWas) {
-  Silence silence;
-  Tt tt(1024);
-  Bitbases bitbases;
-  SearchClock clock;
-  clock.setInfinite(true);
-  SearchState state(tt, bitbases, clock);
-  SearchThread& thread = state.mainThread();
-  thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+  TestThread test;
+  Board& board = test.board;
   for (const std::string& fen : MIDDLEGAMES) {
-    ASSERT_TRUE(setFen(thread.board, fen));
-    const std::string before = writeFen(thread.board);
-    const auto squares = thread.board.squares;
-    const auto places = thread.board.pieceSquare;
-    state.maxDepth = 7;
-    state.clearStop();
-    iterate(state);
-    EXPECT_EQ(writeFen(thread.board), before);
-    EXPECT_EQ(thread.board.squares, squares) << fen;
-    EXPECT_EQ(thread.board.hash, thread.board.computeHash());
-    EXPECT_EQ(thread.board.phash, thread.board.computePawnHash());
-    EXPECT_EQ(thread.board.WhiteMaterial, thread.board.computeMaterial(WHITE));
-    EXPECT_EQ(thread.board.promotedCount, 0U);
+    ASSERT_TRUE(setFen(board, fen));
+    const std::string before = writeFen(board);
+    const auto squares = board.squares;
+    const auto places = board.pieceSquare;
+    test.state.maxDepth = 6;
+    test.state.clearStop();
+    iterate(test.state);
+    EXPECT_EQ(writeFen(board), before);
+    EXPECT_EQ(board.squares, squares) << fen;
+    EXPECT_EQ(board.promotedCount, 0U);
     // A slot that a promoted piece has used counts as free again wherever the list ended before.
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      EXPECT_EQ(thread.board.pieceSquare[i], places[i]) << fen << ", piece " << i;
-    }
-    checkBoard(thread.board, "after the search", NULL_MOVE);
-  }
-}
-
-TEST(SearchTest, ShowsALineThatCanBePlayed) {
-  TestEngine engine;
-  for (const std::string& fen : MIDDLEGAMES) {
-    const auto board = boardOf(fen);
-    engine.searchTo(9, *board);
-    const auto line = engine.search.principalVariation();
-    ASSERT_FALSE(line.empty());
-    EXPECT_EQ(line[0], engine.search.bestMove());
-    expectLegal(*board, line);
-    EXPECT_EQ(engine.search.ponderMove(), line.size() > 1 ? line[1] : NULL_MOVE);
+    EXPECT_EQ(board.pieceSquare, places) << fen;
+    checkBoard(board, "after the search", NULL_MOVE);
   }
 }
 
@@ -231,11 +214,7 @@ TEST(StatisticsTest, ShortensCounts) {
 }
 
 TEST(StatisticsTest, WritesProgressLines) {
-  Silence silence;
-  Tt tt(256);
-  Bitbases bitbases;
-  SearchClock clock;
-  SearchState state(tt, bitbases, clock);
+  TestThread test;
   const struct {
     int depth, seldepth;
     std::uint64_t milliseconds;
@@ -250,12 +229,12 @@ TEST(StatisticsTest, WritesProgressLines) {
       {8, 20, 0, 1, 29995, "", "  [8/20]    0.000       1       +3# "},
       {8, 20, 0, 1, -29996, "", "  [8/20]    0.000       1       -2# "},
   };
-  for (const auto& test : cases) {
-    state.depth = test.depth;
-    state.mainThread().seldepth = test.seldepth;
-    state.mainThread().counters = {};
-    state.mainThread().counters.pnodes += test.nodes;
-    EXPECT_EQ(progressLine(state, test.milliseconds, test.score, test.suffix), test.expected);
+  for (const auto& line : cases) {
+    test.state.depth = line.depth;
+    test.thread.seldepth = line.seldepth;
+    test.thread.counters = {};
+    test.thread.counters.pnodes += line.nodes;
+    EXPECT_EQ(progressLine(test.state, line.milliseconds, line.score, line.suffix), line.expected);
   }
 }
 

@@ -45,14 +45,32 @@ TEST_F(TtTest, TakesPowersOfTwoOfAtLeast256Kilobytes) {
   }
 }
 
-TEST_F(TtTest, KeepsItsContentsWhenResizedToItsOwnSize) {
-  store(3, TT_EXACT, 17);
-  tt.resize(300);
-  EXPECT_EQ(held().score, 17);
-  tt.resize(512);
-  EXPECT_EQ(held().depth, -999);
-  tt.resize(256);
-  EXPECT_EQ(held().depth, -999);
+// Emptying is shared by as many threads as there are processors when the table is big.
+TEST_F(TtTest, KeepsWhatItHoldsUntilItIsClearedOrResized) {
+  tt.resize(Tt::DEFAULT_KB);
+  const auto slots = static_cast<std::uint32_t>(tt.entries());
+  const auto forEachPlace = [&](const auto& look) {
+    for (std::uint32_t key = 1; key <= 64; ++key) {
+      at(key, slots / 64 * key - 8);
+      look(static_cast<int>(key));
+    }
+  };
+  const auto expectKept = [&](bool kept) {
+    forEachPlace([&](int key) { EXPECT_EQ(held().depth, kept ? key : -999); });
+  };
+  tt.nextGeneration();
+  forEachPlace([&](int key) { store(key, TT_EXACT, 0); });
+  tt.makeReady();
+  tt.resize(Tt::DEFAULT_KB + 1);
+  expectKept(true);
+  tt.clear();
+  expectKept(false);
+  forEachPlace([&](int key) { store(key, TT_EXACT, 0); });
+  tt.resize(Tt::DEFAULT_KB / 2);
+  expectKept(false);
+  tt.resize(Tt::DEFAULT_KB);
+  tt.makeReady();
+  expectKept(false);
 }
 
 TEST_F(TtTest, GivesBackWhatWasStored) {
