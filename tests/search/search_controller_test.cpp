@@ -22,8 +22,12 @@ struct Listener : SearchObserver {
     if (atEnd) atEnd();
     ended.set();
   }
-  void reportIteration(int, Score, Move) override { iterating.set(); }
+  void reportIteration(int, Score, Move) override {
+    ++reports;
+    iterating.set();
+  }
   void reportCurrentMove(int depth, int moveNumber, Move) override {
+    ++reports;
     inOrder = inOrder && (moveNumber == 0 || (depth == lastDepth && moveNumber == lastMove + 1));
     lastDepth = depth;
     lastMove = moveNumber;
@@ -32,6 +36,7 @@ struct Listener : SearchObserver {
   std::function<void()> atEnd;
   std::atomic<int> ends{0};
   std::atomic<int> lastDepth{0};
+  int reports = 0;
   int lastMove = 0;
   bool inOrder = true;
   Score lastScore;
@@ -58,7 +63,9 @@ class SearchControllerTest : public testing::Test {
 
 TEST_F(SearchControllerTest, SearchesUntilItIsStopped) {
   for (int i = 0; i < 20; ++i) {
-    engine.search.start(*board, true);
+    const auto mine = boardOf(MIDDLEGAMES[1]);
+    engine.search.start(*mine, true);
+    ASSERT_TRUE(setFen(*mine, "7k/8/8/8/8/8/8/7K w - -"));  // the search has a copy
     if (i % 2 == 0) listener.iterating.wait();
     engine.search.stopAndWait();
     EXPECT_TRUE(engine.search.isIdle());
@@ -91,6 +98,21 @@ TEST_F(SearchControllerTest, EndsAPonderedSingleReplyAtOnce) {
   engine.search.ponderhit();
   EXPECT_TRUE(engine.search.isIdle());
   EXPECT_TRUE(log.has("ponderhit & single move!\n"));
+}
+
+TEST_F(SearchControllerTest, EndsAtOnceWithoutALegalMove) {
+  const struct {
+    const char* fen;
+    int score;
+  } cases[] = {{"7k/5Q2/6K1/8/8/8/8/8 b - -", 0}, {"7k/6Q1/6K1/8/8/8/8/8 b - -", -30000}};
+  for (const auto& [fen, score] : cases) {
+    engine.searchTo(5, *boardOf(fen));
+    EXPECT_EQ(listener.lastDepth, 0);
+    EXPECT_EQ(listener.lastScore, score);
+    EXPECT_EQ(listener.best, NULL_MOVE);
+  }
+  EXPECT_EQ(listener.ends, 2);
+  EXPECT_EQ(listener.reports, 0);
 }
 
 // Workers do not search on either.
@@ -142,14 +164,6 @@ TEST_F(SearchControllerTest, StopsWhatBeginsWhileItWaits) {
     engine.search.stopAndWait();
     EXPECT_EQ(listener.ends, before + 2);
   }
-}
-
-TEST_F(SearchControllerTest, SearchesACopyOfTheBoard) {
-  engine.search.start(*board, true);
-  listener.iterating.wait();
-  ASSERT_TRUE(setFen(*board, "7k/8/8/8/8/8/8/7K w - -"));
-  engine.search.stopAndWait();
-  EXPECT_TRUE(listener.best);
 }
 
 TEST_F(SearchControllerTest, LogsNothingWhenItIsQuiet) {

@@ -158,25 +158,19 @@ TEST_F(TtTest, ReplacesTheEntryOfLeastWorth) {
   }
 }
 
-TEST_F(TtTest, TellsTheSidesApart) {
+TEST_F(TtTest, ForgetsOnePosition) {
   store(3, TT_EXACT, 10);
-  board->side = BLACK;
-  EXPECT_EQ(held().depth, -999);
-}
-
-TEST_F(TtTest, ForgetsOnePositionOrAll) {
-  store(3, TT_EXACT, 10);
-  at(2, 1);
+  at(2, 0);
   tt.erase(*board);
   store(4, TT_EXACT, 20);
   at(1, 0);
   EXPECT_EQ(held().score, 10);
   tt.erase(*board);
   EXPECT_EQ(held().depth, -999);
-  at(2, 1);
+  at(2, 0);
   EXPECT_EQ(held().score, 20);
-  tt.clear();
-  EXPECT_EQ(held().depth, -999);
+  board->side = BLACK;
+  EXPECT_EQ(held().depth, -999) << "the sides are told apart";
 }
 
 // The stored move captures by index; another piece may stand there when the position comes again.
