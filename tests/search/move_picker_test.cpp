@@ -16,11 +16,22 @@ namespace {
 
 class MovePickerTest : public testing::Test, protected TestThread {
  protected:
+  using Texts = std::vector<std::string>;
   static constexpr int PLY = 5;
 
   std::vector<Move> rest(MovePicker& picker) {
     std::vector<Move> moves;
     while (const Move move = picker.next()) moves.push_back(move);
+    return moves;
+  }
+  // What a node of the main search gets in that stage.
+  std::vector<Move> handedIn(int stage, Move threat = NULL_MOVE) {
+    MovePicker picker(thread, PLY);
+    picker.startMain(NULL_MOVE, threat);
+    std::vector<Move> moves;
+    while (const Move move = picker.next()) {
+      if (picker.stage() == stage) moves.push_back(move);
+    }
     return moves;
   }
   // Of pseudo-legal moves, those that can be played, sorted.
@@ -42,8 +53,8 @@ class MovePickerTest : public testing::Test, protected TestThread {
     moves.resize(genLegal(board, moves.data(), lastMove) - moves.data());
     return moves;
   }
-  std::vector<std::string> texts(const std::vector<Move>& moves) {
-    std::vector<std::string> result;
+  Texts texts(const std::vector<Move>& moves) {
+    Texts result;
     for (const Move move : moves) result.push_back(moveToText(move));
     return result;
   }
@@ -98,7 +109,7 @@ TEST_F(MovePickerTest, OrdersTheMainStages) {
   thread.killers[PLY] = {read("a2a4"), read("f4h5")};
   MovePicker picker(thread, PLY);
   picker.startMain(NULL_MOVE, NULL_MOVE);
-  std::vector<std::string> order;
+  Texts order;
   std::vector<int> stages;
   while (const Move move = picker.next()) {
     order.push_back(moveToText(move));
@@ -114,28 +125,18 @@ TEST_F(MovePickerTest, OrdersTheMainStages) {
 
 TEST_F(MovePickerTest, SetsLosingCapturesBackUnlessTheyTakeTheThreat) {
   setUp("4k3/3p4/2n5/8/8/2Q5/8/4K3 w - -");
-  const Move losing = read("c3c6");
-  const auto stageOf = [&](Move threat) {
-    MovePicker picker(thread, PLY);
-    picker.startMain(NULL_MOVE, threat);
-    while (const Move move = picker.next()) {
-      if (move.isSameAs(losing)) return picker.stage();
-    }
-    return MovePicker::DONE;
-  };
-  EXPECT_EQ(stageOf(NULL_MOVE), MovePicker::LOSING_CAPTURES);
-  EXPECT_EQ(stageOf(Move(losing.to(), E1)), MovePicker::CAPTURES);
+  const Texts losing = {"c3xc6"};
+  const Move threat(read("c3c6").to(), E1);
+  EXPECT_EQ(texts(handedIn(MovePicker::LOSING_CAPTURES)), losing);
+  EXPECT_EQ(texts(handedIn(MovePicker::CAPTURES, threat)), losing);
 }
 
 TEST_F(MovePickerTest, AnswersTheThreatFirstAndChecksLast) {
   // The bishop on g5 threatens the rook on d2: it moves away, or something comes between.
   setUp("k7/8/8/6b1/8/7P/3R4/K5N1 w - -");
-  MovePicker picker(thread, PLY);
-  picker.startMain(NULL_MOVE, Move(Square::at(6, 4), Square::at(3, 1)));
-  std::vector<Move> quiet;
-  while (const Move move = picker.next()) {
-    if (picker.stage() == MovePicker::QUIET) quiet.push_back(move);
-  }
+  const Move threat(Square::at(6, 4), Square::at(3, 1));
+  const std::vector<Move> quiet = handedIn(MovePicker::QUIET, threat);
+  ASSERT_FALSE(quiet.empty());
   const auto answers = [&](Move move) {
     const bool away = move.from() == Square::at(3, 1);
     const bool between = move.to() == Square::at(5, 3) || move.to() == Square::at(4, 2);
@@ -146,12 +147,7 @@ TEST_F(MovePickerTest, AnswersTheThreatFirstAndChecksLast) {
   EXPECT_FALSE(answers(quiet.back()));
 
   setUp("k7/8/8/8/8/3R4/8/K7 w - -");
-  MovePicker checks(thread, PLY);
-  checks.startMain(NULL_MOVE, NULL_MOVE);
-  std::vector<std::string> order;
-  while (const Move move = checks.next()) {
-    if (checks.stage() == MovePicker::QUIET) order.push_back(moveToText(move));
-  }
+  Texts order = texts(handedIn(MovePicker::QUIET));
   ASSERT_EQ(order.size(), 14U);
   std::sort(order.end() - 2, order.end());
   EXPECT_EQ(order[12], "d3a3");
@@ -176,7 +172,7 @@ TEST_F(MovePickerTest, OrdersEvasions) {
   ASSERT_GT(captures.startEvasions(lastMove), 1);
   EXPECT_EQ(captures.dropQuietEvasions(), 1);
   captures.orderEvasions(NULL_MOVE);
-  EXPECT_EQ(texts(rest(captures)), std::vector<std::string>{"c2xd3"});
+  EXPECT_EQ(texts(rest(captures)), Texts{"c2xd3"});
 }
 
 TEST_F(MovePickerTest, LeavesOutHopelessCapturesInQuiescence) {
@@ -185,10 +181,8 @@ TEST_F(MovePickerTest, LeavesOutHopelessCapturesInQuiescence) {
   const auto captures = [&](int threshold, bool checks, Move hashMove, int expectedPruned) {
     MovePicker picker(thread, PLY);
     EXPECT_EQ(picker.startQuiescence(threshold, checks, hashMove), expectedPruned);
-    std::vector<std::string> moves = texts(rest(picker));
-    return moves;
+    return texts(rest(picker));
   };
-  using Texts = std::vector<std::string>;
   const Texts all = captures(0, false, NULL_MOVE, 0);
   ASSERT_EQ(all.size(), 4U);
   EXPECT_EQ(Texts(all.begin() + 2, all.end()), (Texts{"a1xa5", "d1xh5"}));
