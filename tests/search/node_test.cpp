@@ -32,6 +32,7 @@ TEST_F(NodeTest, CountsRepetitionsByDistanceFromTheRoot) {
   EXPECT_TRUE(isDraw(board, 4));
   play(board, shuffle);
   EXPECT_TRUE(isDraw(board, 3));
+  EXPECT_EQ(alphaBeta(thread, 3, 300, 301, 3, board.lastMove(), CUT_NODE), 0);
   play(board, {"e2e4"});
   EXPECT_FALSE(isDraw(board, 9));
 
