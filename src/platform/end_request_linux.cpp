@@ -73,4 +73,8 @@ void onEndRequest(void (*leave)(const char* why)) {
   pthread_sigmask(SIG_BLOCK, &handled, nullptr);
 }
 
+void ignoreInterrupts() {
+  signal(SIGINT, SIG_IGN);
+}
+
 }  // namespace ombrin

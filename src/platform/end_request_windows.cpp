@@ -8,8 +8,7 @@ namespace {
 
 void (*leaveProgram)(const char* why) = nullptr;
 
-// Called on a thread that the system makes for it. An interrupt that the C library has been told
-// to ignore does not come this far: its handler is asked first.
+// Called on a thread that the system makes for it.
 BOOL WINAPI handleControl(DWORD event) {
   leaveProgram(event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT ? "interrupted" : "hung up");
   return TRUE;
@@ -20,6 +19,10 @@ BOOL WINAPI handleControl(DWORD event) {
 void onEndRequest(void (*leave)(const char* why)) {
   leaveProgram = leave;
   SetConsoleCtrlHandler(handleControl, TRUE);
+}
+
+void ignoreInterrupts() {
+  SetConsoleCtrlHandler(nullptr, TRUE);
 }
 
 }  // namespace ombrin

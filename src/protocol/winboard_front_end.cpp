@@ -1,9 +1,9 @@
 #include "protocol/winboard_front_end.h"
 
-#include <csignal>
 #include <cstdarg>
 
 #include "board/fen.h"
+#include "platform/end_request.h"
 #include "protocol/append.h"
 #include "protocol/end_process.h"
 #include "protocol/numbers.h"
@@ -58,7 +58,7 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
 
 void WinboardFrontEnd::enter() {
   // A GUI raises this signal to draw attention to a command that follows; commands are read anyway.
-  std::signal(SIGINT, SIG_IGN);
+  ignoreInterrupts();
   control_.listen(*this);
   redirectLog();
   active_ = true;
