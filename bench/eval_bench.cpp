@@ -116,9 +116,7 @@ void pieceActivityOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    const BoardSets sets(position.board);
-    const PieceActivity white = pieceActivity(position.board, sets, entry, WHITE);
-    const PieceActivity black = pieceActivity(position.board, sets, entry, BLACK);
+    const auto [white, black] = pieceActivity(position.board, entry);
     return white.worth - black.worth + white.kingAttack - black.kingAttack;
   });
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "eval/board_sets.h"
 #include "eval/king_safety.h"
 #include "eval/material_imbalance.h"
 #include "eval/passed_pawns.h"
@@ -94,12 +93,10 @@ EvaluationTerms Evaluator::computeTerms() {
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
   const PawnEntry& pawns = *pawnEntry_;
-  const BoardSets sets(board_);
-  const PieceActivity whitePieces = pieceActivity(board_, sets, pawns, WHITE);
-  const PieceActivity blackPieces = pieceActivity(board_, sets, pawns, BLACK);
-  terms.kingSafety = {kingSafety(board_, pawns, WHITE, blackPieces),
-                      kingSafety(board_, pawns, BLACK, whitePieces)};
-  terms.activity = {whitePieces.worth, blackPieces.worth};
+  const std::array<PieceActivity, 2> pieces = pieceActivity(board_, pawns);
+  terms.kingSafety = {kingSafety(board_, pawns, WHITE, pieces[BLACK]),
+                      kingSafety(board_, pawns, BLACK, pieces[WHITE])};
+  terms.activity = {pieces[WHITE].worth, pieces[BLACK].worth};
   return terms;
 }
 

@@ -8,7 +8,6 @@
 
 #include "board/color.h"
 #include "board/square.h"
-#include "board/square_set.h"
 
 namespace ombrin {
 
@@ -22,6 +21,7 @@ struct PawnSideInfo {
   std::uint8_t lightSquarePawns;       // own pawns on light squares
   std::array<std::int8_t, 3> shelter;  // by king zone (files a-c, d-e, f-h): the own pawns' shelter
   std::array<std::int8_t, 3> storm;    // and the enemy pawns' storm against this colour's king
+  std::array<std::int8_t, 8> rookOnFile;  // what an own rook on that file gains, in centipawns
 
   bool hasPawns() const { return filesWithoutPawns != 0xff; }
   bool hasPawnOn(int file) const { return (filesWithoutPawns >> file & 1) == 0; }
@@ -37,9 +37,8 @@ struct alignas(64) PawnEntry {
   std::int16_t middlegame;
   std::int16_t endgame;               // structure scores in centipawns, White minus Black
   std::array<PawnSideInfo, 2> sides;  // by colour
-  std::array<SquareSet, 2> pawns;     // by colour, as White sees them
 };
-static_assert(sizeof(PawnSideInfo) == 18 && sizeof(PawnEntry) == 64);
+static_assert(sizeof(PawnSideInfo) == 26 && sizeof(PawnEntry) == 64);
 
 // The pawn structures a search thread has met, by pawn key. One thread at a time.
 class PawnHash {

@@ -1,5 +1,8 @@
 #include "eval/pawn_structure.h"
 
+#include <array>
+#include <bit>
+
 #include "board/square_set.h"
 #include "eval/square_table.h"
 
@@ -92,6 +95,10 @@ constexpr PhaseRankTable CANDIDATE = {{
     {0, 0}, {0, 0}, {0, 0}, {8, 8}, {32, 54}, {48, 80}, {0, 0}, {0, 0}}};
 
 // On a file that no pawn blocks ahead, some weaknesses count more.
+// Of a rook, by the number of open files.
+constexpr std::array<int, 9> ROOK_ON_OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
+constexpr int ROOK_ON_HALF_OPEN_FILE = 8;
+
 constexpr PhaseScore DOUBLED_OPEN = {-10, 0};
 constexpr PhaseScore ISOLATED_OPEN = {-16, -12};
 constexpr PhaseScore BACKWARD_OPEN = {-12, -2};
@@ -282,6 +289,18 @@ void shelterAndStorm(const Board& board, const PawnView& view, Color color, Pawn
   });
 }
 
+// A rook wants a file without own pawns, and without any while there are not too many of them.
+void setRooksOnFiles(PawnEntry& entry) {
+  const unsigned open = entry.sides[WHITE].filesWithoutPawns & entry.sides[BLACK].filesWithoutPawns;
+  const int onOpen = ROOK_ON_OPEN_FILE[std::popcount(open)];
+  for (PawnSideInfo& side : entry.sides) {
+    for (int file = 0; file < 8; ++file) {
+      const int onFree = (open >> file & 1) != 0 ? onOpen : ROOK_ON_HALF_OPEN_FILE;
+      side.rookOnFile[file] = static_cast<std::int8_t>(side.hasPawnOn(file) ? 0 : onFree);
+    }
+  }
+}
+
 PhaseScore pawnStructure(const Board& board, const PawnView& view, Color color,
                          PawnSideInfo& info) {
   info.filesWithoutPawns = 0xff;
@@ -315,13 +334,13 @@ PhaseScore pawnStructure(const Board& board, Color color, PawnSideInfo& info) {
 void evaluatePawns(const Board& board, PawnEntry& entry) {
   const PawnView whiteView = viewPawns(board, WHITE);
   const PawnView blackView = {whiteView.enemy.flipped(), whiteView.own.flipped()};
-  entry.pawns = {whiteView.own, whiteView.enemy};
   const PhaseScore white = pawnStructure(board, whiteView, WHITE, entry.sides[WHITE]);
   const PhaseScore black = pawnStructure(board, blackView, BLACK, entry.sides[BLACK]);
   entry.middlegame = static_cast<std::int16_t>(white.middlegame() - black.middlegame());
   entry.endgame = static_cast<std::int16_t>(white.endgame() - black.endgame());
   shelterAndStorm(board, whiteView, WHITE, entry);
   shelterAndStorm(board, blackView, BLACK, entry);
+  setRooksOnFiles(entry);
 }
 
 }  // namespace ombrin

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 #include "board/attack_sets.h"
+#include "eval/board_sets.h"
 #include "eval/king_attack.h"
 #include "eval/king_piece_table.h"
 #include "eval/phase_score.h"
@@ -119,10 +119,6 @@ constexpr auto BISHOP_ATTACKS = phased(std::array{0, 6, 12, 12, 12},
 constexpr auto ROOK_ATTACKS =
     phased(std::array{0, 6, 12, 18, 8}, [](int value) { return PhaseScore(value, 2 * value); });
 
-// By the number of open files.
-constexpr std::array<int, 9> OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
-constexpr int HALF_OPEN_FILE = 8;
-
 // A queen's distance from the enemy king.
 constexpr auto QUEEN_NEAR_KING = makeKingPieceTable<std::int8_t>([](Square king, Square queen) {
   return static_cast<std::int8_t>(8 - 2 * kingDistance(king, queen));
@@ -172,7 +168,6 @@ class PieceWalk {
       : board_(board),
         sets_(sets),
         pawns_(entry.sides[OWN]),
-        enemyPawns_(entry.sides[ENEMY]),
         enemy_(board.material(ENEMY)),
         attack_(sets),
         empty_(~sets.occupied()),
@@ -184,7 +179,7 @@ class PieceWalk {
     const SquareSet ownQueens = own & sets_.queens();
     Worth worth;
     behindEnemyLines(ownRooks, ownQueens, worth);
-    worth.placement += rookShutIn(ownRooks) + onFreeFiles(ownRooks);
+    worth.placement += rookShutIn(ownRooks);
     knights(own & sets_.knights(), worth);
     bishops(own & sets_.bishops(), worth);
     rooks(ownRooks, worth);
@@ -257,6 +252,7 @@ class PieceWalk {
     rooks.forEach([&](unsigned index) {
       const SquareSet reached = rookReach(index, ~empty_);
       worth.phased += ROOK_MOBILITY[countEmpty(reached)] + ROOK_ATTACKS[countTargets(reached)];
+      worth.placement += pawns_.rookOnFile[index % 8];
       if constexpr (ATTACK) worth.attack += attack_.rook(index);
     });
   }
@@ -280,14 +276,6 @@ class PieceWalk {
     if (kingRank == EIGHTH) {
       worth.phased += PhaseScore(10, 40) * rooks.count() + PhaseScore(10, 32) * queens.count();
     }
-  }
-
-  int onFreeFiles(SquareSet rooks) const {
-    const auto own = pawns_.filesWithoutPawns;
-    const auto both = static_cast<std::uint8_t>(own & enemyPawns_.filesWithoutPawns);
-    const int onFree = (rooks & SquareSet::files(own)).count();
-    const int onOpen = (rooks & SquareSet::files(both)).count();
-    return onOpen * OPEN_FILE[std::popcount(both)] + (onFree - onOpen) * HALF_OPEN_FILE;
   }
 
   static Delta inward(Square square) { return square.file() == 0 ? RIGHT : -RIGHT; }
@@ -314,22 +302,24 @@ class PieceWalk {
   const Board& board_;
   const BoardSets& sets_;
   const PawnSideInfo& pawns_;
-  const PawnSideInfo& enemyPawns_;
   const Material enemy_;
   const KingAttack<OWN> attack_;
   const SquareSet empty_;
   const SquareSet targets_;  // enemy men worth attacking
 };
 
-inline PieceActivity walk(const Board& board, const BoardSets& sets, const PawnEntry& entry,
-                          Color color) {
-  const unsigned force = attackForce(board.material(color));
-  if (force > 0) {
-    return color == WHITE ? PieceWalk<WHITE, true>(board, sets, entry).result(force)
-                          : PieceWalk<BLACK, true>(board, sets, entry).result(force);
-  }
-  return color == WHITE ? PieceWalk<WHITE, false>(board, sets, entry).result(force)
-                        : PieceWalk<BLACK, false>(board, sets, entry).result(force);
+template <Color COLOR>
+[[gnu::always_inline]] inline PieceActivity walk(const Board& board, const BoardSets& sets,
+                                                 const PawnEntry& entry) {
+  const unsigned force = attackForce(board.material(COLOR));
+  return force > 0 ? PieceWalk<COLOR, true>(board, sets, entry).result(force)
+                   : PieceWalk<COLOR, false>(board, sets, entry).result(force);
+}
+
+[[gnu::always_inline]] inline std::array<PieceActivity, 2> walkBoth(const Board& board,
+                                                                    const PawnEntry& entry) {
+  const BoardSets sets(board);
+  return {walk<WHITE>(board, sets, entry), walk<BLACK>(board, sets, entry)};
 }
 
 // The walk counts squares all the time. Nearly every processor has an instruction for that, but a
@@ -340,18 +330,15 @@ constexpr bool CAN_COUNT = true;
 const bool CAN_COUNT = __builtin_cpu_supports("popcnt") != 0;
 #endif
 
-[[gnu::target("popcnt"), gnu::flatten]] PieceActivity countingWalk(const Board& board,
-                                                                   const BoardSets& sets,
-                                                                   const PawnEntry& entry,
-                                                                   Color color) {
-  return walk(board, sets, entry, color);
+[[gnu::target("popcnt"), gnu::flatten]] std::array<PieceActivity, 2> countingWalk(
+    const Board& board, const PawnEntry& entry) {
+  return walkBoth(board, entry);
 }
 
 }  // namespace
 
-PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
-                            Color color) {
-  return CAN_COUNT ? countingWalk(board, sets, entry, color) : walk(board, sets, entry, color);
+std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry) {
+  return CAN_COUNT ? countingWalk(board, entry) : walkBoth(board, entry);
 }
 
 }  // namespace ombrin

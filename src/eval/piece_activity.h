@@ -1,7 +1,8 @@
 #pragma once
 
+#include <array>
+
 #include "board/board.h"
-#include "eval/board_sets.h"
 #include "eval/pawn_hash.h"
 
 namespace ombrin {
@@ -14,8 +15,7 @@ struct PieceActivity {
                             // where force is not 0
 };
 
-// `sets` and `entry` must be the position's.
-PieceActivity pieceActivity(const Board& board, const BoardSets& sets, const PawnEntry& entry,
-                            Color color);
+// By colour. `entry` must be the position's.
+std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry);
 
 }  // namespace ombrin
