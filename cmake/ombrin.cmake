@@ -4,6 +4,8 @@ add_library(ombrin_settings INTERFACE)
 target_compile_options(ombrin_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wcast-qual -Wnon-virtual-dtor
   -Woverloaded-virtual -Wundef -Werror)
+# Here and there two words could share a register, but putting them there takes longer than it saves.
+target_compile_options(ombrin_settings INTERFACE -fno-tree-slp-vectorize)
 set(OMBRIN_CPU "" CACHE STRING
   "processor to build for, as for -march=: nothing for any, native for this machine's")
 if(OMBRIN_CPU)
