@@ -143,6 +143,12 @@ class Exchange {
   std::array<Player, 2> players_;
 };
 
+constexpr int PAWN_VALUE = 1;
+
+bool isAttackedByPawn(const Board& board, Color by, Square target) {
+  return board.men(by, PAWN).pawnAttacks(by).contains(target);
+}
+
 // The value of what stands on the destination after the move.
 int valueAtRisk(const Board& board, Move move) {
   return move.promotion() == QUEEN ? 10 : board.at(move.from()).value();
@@ -169,11 +175,12 @@ int see(Board& board, Color side, Move move) {
 }
 
 // A side that would still be behind after its capture does not make it, and the other side has
-// what it wanted.
+// what it wanted. What such a capture would win is known before anybody has to look for it.
 bool losesMaterial(Board& board, Color side, Move move) {
   int won = gainOf(move);
   int standing = valueAtRisk(board, move);
   if (won >= standing) return false;
+  if (won + PAWN_VALUE < standing && isAttackedByPawn(board, ~side, move.to())) return true;
 
   Exchange exchange(board, side, move);
   for (int capturing = 0;; standing = capturing) {
@@ -181,9 +188,8 @@ bool losesMaterial(Board& board, Color side, Move move) {
     won = standing - won;
     if (won <= 0) return false;
     standing = capturing;
-    if (!exchange.capture(capturing)) return true;
+    if (standing < won || !exchange.capture(capturing)) return true;
     won = standing - won;
-    if (won < 0) return true;
   }
 }
 
