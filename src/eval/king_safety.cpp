@@ -97,8 +97,7 @@ class KingSafety {
         enemyPawns_(entry.sides[~DEFENDER]),
         enemy_(board.material(~DEFENDER)),
         king_(board.kingSquare(DEFENDER)),
-        shelter_(pawns_.shelter[KING_ZONE[king_.file()]]),
-        storm_(pawns_.storm[KING_ZONE[king_.file()]]) {}
+        cover_(pawns_.cover[KING_ZONE[king_.file()]]) {}
 
   int value() const {
     int value = -SPAN_OWN[OUTSIDE[pawns_.filesWithoutPawns][king_.file()]];
@@ -112,8 +111,7 @@ class KingSafety {
     if (attackers_.force == 0) return 0;
     const int base =
         static_cast<int>(attackers_.kingAttack / 4) + KING_ZONE_BASE[tableIndex(king_, DEFENDER)];
-    const int danger =
-        (storm_ + 16 - shelter_) * base / 16 + base + (board_.side == DEFENDER ? 4 : 0);
+    const int danger = (16 - cover_) * base / 16 + base + (board_.side == DEFENDER ? 4 : 0);
     const unsigned penalty = danger >= 0 && danger < static_cast<int>(PENALTY.size())
                                  ? PENALTY[danger]
                                  : penaltyOf(danger);
@@ -124,7 +122,7 @@ class KingSafety {
   int castling() const {
     const Piece front = board_.at(king_ + forward(DEFENDER));
     const bool bishopInFront = front.isOf(DEFENDER) && front.type() == BISHOP;
-    const int now = shelter_ + (bishopInFront ? 2 : 0) - storm_;
+    const int now = cover_ + (bishopInFront ? 2 : 0);
     constexpr int RIGHTS = kingSideRight(DEFENDER) | queenSideRight(DEFENDER);
     const int average = (board_.rights & RIGHTS) == 0
                             ? now
@@ -133,13 +131,12 @@ class KingSafety {
   }
   int kingSide(int now) const {
     if ((board_.rights & kingSideRight(DEFENDER)) == 0) return now;
-    return pawns_.shelter[2] - pawns_.storm[2] - 3 - (isFree(RIGHT) ? 0 : 1) +
-           (isFree(2 * RIGHT) ? 1 : 0);
+    return pawns_.cover[2] - 3 - (isFree(RIGHT) ? 0 : 1) + (isFree(2 * RIGHT) ? 1 : 0);
   }
   int queenSide(int now) const {
     if ((board_.rights & queenSideRight(DEFENDER)) == 0) return now;
-    return pawns_.shelter[0] - pawns_.storm[0] - 4 - (isFree(-RIGHT) ? 0 : 1) +
-           (isFree(-2 * RIGHT) ? 1 : 0) + (isFree(-3 * RIGHT) ? 1 : 0);
+    return pawns_.cover[0] - 4 - (isFree(-RIGHT) ? 0 : 1) + (isFree(-2 * RIGHT) ? 1 : 0) +
+           (isFree(-3 * RIGHT) ? 1 : 0);
   }
   bool isFree(Delta fromKing) const { return board_.at(king_ + fromKing).isEmpty(); }
 
@@ -155,8 +152,7 @@ class KingSafety {
   const PawnSideInfo& enemyPawns_;
   const Material enemy_;
   const Square king_;
-  const int shelter_;
-  const int storm_;
+  const int cover_;
 };
 
 }  // namespace

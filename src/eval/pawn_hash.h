@@ -19,8 +19,8 @@ struct PawnSideInfo {
                                        // order of the piece list
   std::uint8_t passedFiles;            // bit f: a passed pawn stands on file f
   std::uint8_t lightSquarePawns;       // own pawns on light squares
-  std::array<std::int8_t, 3> shelter;  // by king zone (files a-c, d-e, f-h): the own pawns' shelter
-  std::array<std::int8_t, 3> storm;    // and the enemy pawns' storm against this colour's king
+  std::array<std::int8_t, 3> cover;    // by king zone (files a-c, d-e, f-h): the shelter of the own
+                                       // pawns less the storm of the enemy pawns
   std::array<std::int8_t, 8> rookOnFile;  // what an own rook on that file gains, in centipawns
 
   bool hasPawns() const { return filesWithoutPawns != 0xff; }
@@ -38,7 +38,7 @@ struct alignas(64) PawnEntry {
   std::int16_t endgame;               // structure scores in centipawns, White minus Black
   std::array<PawnSideInfo, 2> sides;  // by colour
 };
-static_assert(sizeof(PawnSideInfo) == 26 && sizeof(PawnEntry) == 64);
+static_assert(sizeof(PawnSideInfo) == 23 && sizeof(PawnEntry) == 64);
 
 // The pawn structures a search thread has met, by pawn key. One thread at a time.
 class PawnHash {

@@ -274,17 +274,15 @@ int stormContact(const PawnView& view, SquareSet pawn) {
 }
 
 void shelterAndStorm(const Board& board, const PawnView& view, Color color, PawnEntry& entry) {
-  std::array<std::int8_t, 3>& shelter = entry.sides[color].shelter;
-  std::array<std::int8_t, 3>& storm = entry.sides[~color].storm;
-  shelter = {};
-  storm = {};
+  std::array<std::int8_t, 3>& own = entry.sides[color].cover;
+  std::array<std::int8_t, 3>& enemy = entry.sides[~color].cover;
   board.forEach(color, PAWN, [&](Piece, Square square) {
     const int index = tableIndex(square, color);
     const int contact = stormContact(view, SquareSet::of(index));
     for (int zone = 0; zone < 3; ++zone) {
-      shelter[zone] = static_cast<std::int8_t>(shelter[zone] + SHELTER[zone][index]);
+      own[zone] = static_cast<std::int8_t>(own[zone] + SHELTER[zone][index]);
       const int value = STORM[zone][index];
-      if (value != 0) storm[zone] = static_cast<std::int8_t>(storm[zone] + value + contact);
+      if (value != 0) enemy[zone] = static_cast<std::int8_t>(enemy[zone] - value - contact);
     }
   });
 }
@@ -338,6 +336,7 @@ void evaluatePawns(const Board& board, PawnEntry& entry) {
   const PhaseScore black = pawnStructure(board, blackView, BLACK, entry.sides[BLACK]);
   entry.middlegame = static_cast<std::int16_t>(white.middlegame() - black.middlegame());
   entry.endgame = static_cast<std::int16_t>(white.endgame() - black.endgame());
+  entry.sides[WHITE].cover = entry.sides[BLACK].cover = {};
   shelterAndStorm(board, whiteView, WHITE, entry);
   shelterAndStorm(board, blackView, BLACK, entry);
   setRooksOnFiles(entry);

@@ -97,7 +97,7 @@ TEST(Evaluator, RemembersWhatItWouldComputeAndLeavesTheBoardAlone) {
     ASSERT_EQ(fresh.evaluateUncached(), first) << writeFen(board);
     ASSERT_EQ(fresh.breakdown().score, first) << writeFen(board);
     for (const Color color : {WHITE, BLACK}) {
-      ASSERT_EQ(evaluator.pawnEntry().sides[color].shelter, fresh.pawnEntry().sides[color].shelter);
+      ASSERT_EQ(evaluator.pawnEntry().sides[color].cover, fresh.pawnEntry().sides[color].cover);
     }
     ASSERT_EQ(board.squares, position.squares);
     ASSERT_EQ(board.pieceSquare, position.pieceSquare);
