@@ -12,8 +12,9 @@ namespace ombrin {
 template <Color ATTACKER>
 class KingAttack {
  public:
-  explicit KingAttack(const BoardSets& sets)
-      : sets_(sets),
+  KingAttack(const Board& board, const BoardSets& sets)
+      : board_(board),
+        occupied_(sets.occupied()),
         king_(sets.king(DEFENDER)),
         blockedPawns_(sets.pawns(ATTACKER) & sets.occupied().behind(ATTACKER)) {
     const SquareSet unguarded = ~sets.pawnAttacks(DEFENDER);
@@ -33,52 +34,51 @@ class KingAttack {
   template <PieceType TYPE>
   unsigned slider(unsigned index, SquareSet closed) const {
     const Approach& approach = approachesTo<TYPE>(king_)[index];
-    if ((approach.path & sets_.occupied()).empty()) return approach.worth;
+    if ((approach.path & occupied_).empty()) return approach.worth;
     if (!(approach.path & closed).empty()) return 0;
-    return lookThrough<TYPE>(sets_, approach);
+    return lookThrough<TYPE>(board_, approach);
   }
 
   // What is left of an approach after paying for the obstacles. Seldom needed, and kept out of the
   // walk over the pieces, which wants the registers.
   template <PieceType TYPE>
-  [[gnu::noinline]] static unsigned lookThrough(const BoardSets& sets, const Approach& approach) {
-    const SquareSet occupants = TYPE == BISHOP ? sets.bishops()
-                                : TYPE == ROOK ? sets.rooks()
-                                               : sets.occupied();
+  [[gnu::noinline]] static unsigned lookThrough(const Board& board, const Approach& approach) {
+    const SquareSet occupants = TYPE == QUEEN ? board.occupied() : board.byType[TYPE];
     const int loss = TYPE == QUEEN ? 2 : 4;
     const int worth = approach.worth - (occupants.contains(approach.end) ? loss : 0);
-    return static_cast<unsigned>(std::max(worth - costOf<TYPE>(sets, approach.path), 0));
+    return static_cast<unsigned>(std::max(worth - costOf<TYPE>(board, approach.path), 0));
   }
 
   // What it costs to get the men on a path out of the way.
   template <PieceType TYPE>
-  static int costOf(const BoardSets& sets, SquareSet path) {
-    const SquareSet own = path & sets.men(ATTACKER);
-    const SquareSet enemy = path & sets.men(DEFENDER);
-    const SquareSet ownPawns = own & sets.pawns(ATTACKER);
-    const SquareSet enemyPawns = enemy & sets.pawns(DEFENDER);
+  static int costOf(const Board& board, SquareSet path) {
+    const SquareSet own = path & board.byColor[ATTACKER];
+    const SquareSet enemy = path & board.byColor[DEFENDER];
+    const SquareSet ownPawns = own & board.byType[PAWN];
+    const SquareSet enemyPawns = enemy & board.byType[PAWN];
     // Where the king's pawns capture to.
-    const SquareSet left = sets.pawns(DEFENDER).ahead(DEFENDER).left();
-    const SquareSet right = sets.pawns(DEFENDER).ahead(DEFENDER).right();
+    const SquareSet left = board.men(DEFENDER, PAWN).ahead(DEFENDER).left();
+    const SquareSet right = board.men(DEFENDER, PAWN).ahead(DEFENDER).right();
     if constexpr (TYPE == BISHOP) {
-      return 2 *
-             (own.count() + enemy.count() + ownPawns.count() + (enemy & sets.bishops()).count() +
-              (left & enemyPawns).count() + (right & enemyPawns).count());
+      return 2 * (own.count() + enemy.count() + ownPawns.count() +
+                  (enemy & board.byType[BISHOP]).count() + (left & enemyPawns).count() +
+                  (right & enemyPawns).count());
     }
-    const SquareSet blocked = ownPawns & ~(left | right) & sets.occupied().behind(ATTACKER);
-    const SquareSet helpers = own & (sets.rooks() | sets.queens());
+    const SquareSet blocked = ownPawns & ~(left | right) & board.occupied().behind(ATTACKER);
+    const SquareSet helpers = own & (board.byType[ROOK] | board.byType[QUEEN]);
     const int ofOwn = 2 * own.count() + 4 * blocked.count() - 6 * helpers.count();
     if constexpr (TYPE == QUEEN) {
       return ofOwn + 3 * enemy.count() + 4 * ((left & enemy).count() + (right & enemy).count());
     }
     // What an attacker's pawn can capture is no obstacle to a rook.
-    const SquareSet firm = enemy & ~sets.pawnAttacks(ATTACKER);
+    const SquareSet firm = enemy & ~board.men(ATTACKER, PAWN).pawnAttacks(ATTACKER);
     return ofOwn +
-           2 * (firm.count() + (firm & enemyPawns).count() + (enemy & sets.rooks()).count() +
+           2 * (firm.count() + (firm & enemyPawns).count() + (enemy & board.byType[ROOK]).count() +
                 (left & firm).count() + (right & firm).count());
   }
 
-  const BoardSets& sets_;
+  const Board& board_;
+  SquareSet occupied_;
   unsigned king_;
   SquareSet blockedPawns_;  // own pawns with a man in front
   SquareSet stuckPawns_;    // own pawns that cannot capture, nor go to where they can

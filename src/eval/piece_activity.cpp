@@ -169,7 +169,7 @@ class PieceWalk {
         sets_(sets),
         pawns_(entry.sides[OWN]),
         enemy_(board.material(ENEMY)),
-        attack_(sets),
+        attack_(board, sets),
         empty_(~sets.occupied()),
         targets_(sets.men(ENEMY) & ~(sets.pawns(ENEMY) & sets.pawnAttacks(ENEMY))) {}
 
