@@ -22,6 +22,8 @@ export WINEPREFIX=$PWD/build/wine/$preset WINEDEBUG=-all WINEDLLOVERRIDES='mscor
 unset DISPLAY
 mkdir -p "$WINEPREFIX"
 trap '"$wineserver" -k >/dev/null 2>&1 || true; rm -rf "$work"' EXIT
+# A run that was killed leaves its services behind, and they do not start twice.
+"$wineserver" -k >/dev/null 2>&1 && "$wineserver" -w
 # Before any test: Wine's own services keep the pipes open of whoever starts them.
 "$wineserver" -p >/dev/null 2>&1
 "$wine" wineboot --init >/dev/null 2>&1
