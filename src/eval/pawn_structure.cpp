@@ -94,11 +94,11 @@ constexpr PhaseRankTable PASSED_DEFENDED = {{
 constexpr PhaseRankTable CANDIDATE = {{
     {0, 0}, {0, 0}, {0, 0}, {8, 8}, {32, 54}, {48, 80}, {0, 0}, {0, 0}}};
 
-// On a file that no pawn blocks ahead, some weaknesses count more.
 // Of a rook, by the number of open files.
 constexpr std::array<int, 9> ROOK_ON_OPEN_FILE = {0, 16, 16, 16, 12, 8, -2, -2, 0};
 constexpr int ROOK_ON_HALF_OPEN_FILE = 8;
 
+// On a file that no pawn blocks ahead, some weaknesses count more.
 constexpr PhaseScore DOUBLED_OPEN = {-10, 0};
 constexpr PhaseScore ISOLATED_OPEN = {-16, -12};
 constexpr PhaseScore BACKWARD_OPEN = {-12, -2};
