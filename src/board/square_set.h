@@ -52,12 +52,23 @@ class SquareSet {
   // The squares that pawns on these attack.
   constexpr SquareSet pawnAttacks(Color color) const { return ahead(color).beside(); }
 
-  // All squares of the file of the square `index`, in front of it and behind it.
-  static constexpr SquareSet allAhead(int index) { return SquareSet(FILE_A << 8 << index); }
-  static constexpr SquareSet allBehind(int index) { return SquareSet(FILE_H >> 8 >> (63 - index)); }
+  // All squares in front of any of these on its file, and all behind.
+  constexpr SquareSet allAhead() const {
+    std::uint64_t squares = bits_ << 8;
+    squares |= squares << 8;
+    squares |= squares << 16;
+    return SquareSet(squares | squares << 32);
+  }
+  constexpr SquareSet allBehind() const { return flipped().allAhead().flipped(); }
+  // The files that hold any of these, a bit each.
+  constexpr std::uint8_t files() const {
+    std::uint64_t folded = bits_ | bits_ >> 32;
+    folded |= folded >> 16;
+    return static_cast<std::uint8_t>(folded | folded >> 8);
+  }
   static constexpr SquareSet file(int file) { return SquareSet(FILE_A << file); }
   // All files whose bit is set.
-  static constexpr SquareSet files(std::uint8_t bits) { return SquareSet(FILE_A * bits); }
+  static constexpr SquareSet ofFiles(std::uint8_t bits) { return SquareSet(FILE_A * bits); }
   // The rank that is the n-th of that colour, counted from 0.
   static constexpr SquareSet rank(int n, Color color) {
     return SquareSet(0xffULL << 8 * (color == WHITE ? n : 7 - n));
@@ -92,10 +103,11 @@ class SquareSet {
   std::uint64_t bits_ = 0;
 };
 
-static_assert(SquareSet::allAhead(8) ==
+static_assert(SquareSet::of(8).allAhead() ==
               (SquareSet::of(16) | SquareSet::of(24) | SquareSet::of(32) | SquareSet::of(40) |
                SquareSet::of(48) | SquareSet::of(56)));
-static_assert(SquareSet::allBehind(23) == (SquareSet::of(7) | SquareSet::of(15)));
+static_assert(SquareSet::of(23).allBehind() == (SquareSet::of(7) | SquareSet::of(15)));
+static_assert((SquareSet::of(56) | SquareSet::of(15)).files() == 0x81);
 static_assert(SquareSet::of(8).left().empty() && SquareSet::of(15).right().empty());
 
 }  // namespace ombrin

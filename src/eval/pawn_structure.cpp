@@ -12,6 +12,13 @@ namespace {
 
 using PhaseRankTable = std::array<PhaseScore, 8>;
 
+constexpr SquareSet LIGHT_SQUARES{0x55aa55aa55aa55aa};
+
+consteval PhaseSquareTable halved(PhaseSquareTable table) {
+  for (PhaseScore& score : table) score = {score.middlegame() / 2, score.endgame() / 2};
+  return table;
+}
+
 // clang-format off
 constexpr PhaseSquareTable PAWN_SQUARE = join(
     {  0,  0,  0,  0,  0,  0,  0,   0,
@@ -29,13 +36,13 @@ constexpr PhaseSquareTable PAWN_SQUARE = join(
       24, 16, 12,  4,  4, 12, 16,  24,
       24, 16, 12,  5,  5, 12, 16,  24});
 
-constexpr SquareTable DEFENDED_FREE =
+constexpr PhaseSquareTable DEFENDED_FREE = join(
     {  0,  0,  0,  0,  0,  0,  0,   0,
        0,  0,  0,  0,  0,  0,  0,   0,
        0,  0,  0,  0,  0,  0,  0,   0,
        0,  0,  0,  2,  2,  0,  0,   0,
        0,  2,  4,  5,  5,  4,  2,   0,
-       1,  4,  6,  8,  8,  6,  4,   1};
+       1,  4,  6,  8,  8,  6,  4,   1}, {});
 
 constexpr PhaseSquareTable DOUBLED = join(
     {  0,   0,   0,   0,   0,   0,   0,   0,
@@ -68,7 +75,7 @@ constexpr PhaseSquareTable PASSED = join(
      100, 100,  88,  76,  76,  88, 100, 100,
      144, 134, 112, 110, 110, 112, 134, 144});
 
-constexpr PhaseSquareTable BACKWARD = join(  // counted half
+constexpr PhaseSquareTable BACKWARD = halved(join(
     {  0,   0,   0,   0,   0,   0,   0,   0,
      -10, -10, -10, -12, -12, -10, -10, -10,
      -10, -10, -10, -12, -12, -10, -10, -10,
@@ -82,7 +89,7 @@ constexpr PhaseSquareTable BACKWARD = join(  // counted half
      -20, -20, -20, -20, -20, -20, -20, -20,
      -15, -15, -15, -15, -15, -15, -15, -15,
      -10, -10, -10, -10, -10, -10, -10, -10,
-     -10, -10, -10, -10, -10, -10, -10, -10});
+     -10, -10, -10, -10, -10, -10, -10, -10}));
 
 // By relative rank.
 constexpr PhaseRankTable ISOLATED = {{
@@ -172,119 +179,136 @@ struct PawnView {
 };
 
 PawnView viewPawns(const Board& board, Color color) {
-  PawnView view;
-  board.forEach(color, PAWN, [&](Piece, Square square) {
-    view.own |= SquareSet::of(tableIndex(square, color));
-  });
-  board.forEach(~color, PAWN, [&](Piece, Square square) {
-    view.enemy |= SquareSet::of(tableIndex(square, color));
-  });
-  return view;
+  const PawnView view{board.men(color, PAWN), board.men(~color, PAWN)};
+  return color == WHITE ? view : PawnView{view.own.flipped(), view.enemy.flipped()};
 }
 
-// More own pawns beside `square` than enemy pawns two ranks ahead of those: the square can be
-// taken and held with the help of the neighbours.
-bool canAdvanceTo(const PawnView& view, SquareSet square) {
-  const SquareSet helpers = square.behind().beside() & view.own;
-  const SquareSet guards = square.ahead().beside() & view.enemy;
-  return helpers.count() > guards.count();
+// Squares with more of `helpers` than of `guards` beside them.
+SquareSet withMoreBeside(SquareSet helpers, SquareSet guards) {
+  const SquareSet oneHelper = helpers.beside();
+  const SquareSet twoHelpers = helpers.left() & helpers.right();
+  const SquareSet oneGuard = guards.beside();
+  const SquareSet twoGuards = guards.left() & guards.right();
+  return (oneHelper & ~oneGuard) | (twoHelpers & ~twoGuards);
 }
 
-// A pawn that no pawn defends, none can come to defend, and that cannot safely join its neighbours.
-// Only for pawns with an own pawn on a neighbouring file.
-bool isBackward(const PawnView& view, SquareSet pawn, bool onStart) {
-  const SquareSet front = pawn.ahead();
-  const bool frontIsFree = (front & view.all()).empty();
-  if (frontIsFree && canAdvanceTo(view, front)) return false;
-  const SquareSet second = front.ahead();
-  if (onStart && frontIsFree && (second & view.all()).empty() && canAdvanceTo(view, second)) {
-    return false;
-  }
-  for (const bool left : {true, false}) {
-    const SquareSet beside = left ? pawn.left() : pawn.right();
-    const SquareSet post = beside.behind();  // from where a neighbour would defend
-    const SquareSet guard = left ? beside.left() : beside.right();
-    if (!(post.behind() & view.own).empty() && (post & view.all()).empty() &&
-        (guard & view.enemy).empty()) {
-      return false;
-    }
-  }
-  return true;
+// The pawns that can come to be defended: they can safely join their neighbours, or a neighbour can
+// come up to them.
+SquareSet supportable(const PawnView& view) {
+  const SquareSet free = ~view.all();
+  // Squares that can be taken and held with the help of the neighbours: more own pawns could defend
+  // them than enemy pawns attack them.
+  const SquareSet tenable = free & withMoreBeside(view.own.ahead(), view.enemy.behind());
+  const SquareSet onStart = view.own & SquareSet::rank(1, WHITE);
+  const SquareSet advancing =
+      tenable.behind() | (onStart & free.behind() & tenable.behind().behind());
+  // A neighbour one step behind defends from its post, unless an enemy pawn guards that.
+  const SquareSet posts = free & view.own.ahead();
+  const SquareSet fromLeft = posts.right().ahead() & ~view.enemy.right().right();
+  const SquareSet fromRight = posts.left().ahead() & ~view.enemy.left().left();
+  return view.own & (advancing | fromLeft | fromRight);
 }
 
-// What the rules ask about one pawn.
-struct PawnFacts {
-  PawnFacts(const PawnView& view, int index)
-      : pawn(SquareSet::of(index)),
-        neighbours(pawn.beside() & view.own),
-        sentries(SquareSet::allAhead(index).beside() & view.enemy),
-        isDefended(!(pawn.behind().beside() & view.own).empty()),
-        isOpen((SquareSet::allAhead(index) & view.all()).empty()),
-        isDoubled(!isDefended && !(SquareSet::allBehind(index) & view.all()).empty()),
-        isIsolated((SquareSet::file(index & 7).beside() & view.own).empty()) {}
-  bool isPassed() const { return isOpen && sentries.empty(); }
+// The own pawns of a view, by what the rules ask about them.
+struct PawnKinds {
+  explicit PawnKinds(const PawnView& view)
+      : duo(view.own & view.own.beside()),
+        defended(view.own & view.own.pawnAttacks(WHITE)),
+        open(view.own & ~view.all().allBehind()),
+        unopposed(view.own & ~view.enemy.allBehind().beside()),
+        passed(open & unopposed),
+        doubled(view.own & ~defended & view.all().allAhead()),
+        isolated(view.own & ~SquareSet::ofFiles(view.own.files()).beside()),
+        backward(view.own & ~(isolated | defended | supportable(view))),
+        candidates(open & ~(passed | isolated)) {}
 
-  SquareSet pawn;
-  SquareSet neighbours;  // own pawns beside it
-  SquareSet sentries;    // enemy pawns ahead of it on the neighbouring files
-  bool isDefended;
-  bool isOpen;     // no pawn ahead on its file
-  bool isDoubled;  // undefended, with a pawn of either colour behind it
-  bool isIsolated;
+  SquareSet duo;         // with an own pawn beside it
+  SquareSet defended;    // by a pawn
+  SquareSet open;        // no pawn ahead on its file
+  SquareSet unopposed;   // no enemy pawn ahead on the neighbouring files
+  SquareSet passed;      // both
+  SquareSet doubled;     // undefended, with a pawn of either colour behind it
+  SquareSet isolated;    // no own pawns on the neighbouring files
+  SquareSet backward;    // neither isolated nor defended, and it cannot come to be defended
+  SquareSet candidates;  // passed but for the neighbouring files, and with company there
 };
 
-PhaseScore weaknessOf(const PawnView& view, const PawnFacts& facts, int index) {
-  PhaseScore score;
-  if (facts.isDoubled) {
-    score += DOUBLED[index];
-    if (facts.isOpen) score += DOUBLED_OPEN;
-  }
-  const int rank = index / 8;
-  if (facts.isIsolated) {
-    score += ISOLATED[rank];
-    if (facts.isOpen) score += ISOLATED_OPEN;
-  } else if (!facts.isDefended && isBackward(view, facts.pawn, rank == 1)) {
-    const PhaseScore penalty = BACKWARD[index];
-    score += {penalty.middlegame() / 2, penalty.endgame() / 2};
-    if (facts.isOpen) score += BACKWARD_OPEN;
-  }
-  return score;
+PhaseScore sumOf(SquareSet squares, const PhaseSquareTable& table) {
+  PhaseScore sum;
+  squares.forEach([&](unsigned index) { sum += table[index]; });
+  return sum;
 }
 
-PhaseScore strengthOf(const PawnFacts& facts, int index) {
-  PhaseScore score = PAWN_SQUARE[index];
-  if (facts.isDefended && facts.sentries.empty()) score += {DEFENDED_FREE[index], 0};
-  const int rank = index / 8;
-  if (facts.isPassed()) {
-    score += PASSED[index];
-    if (!facts.neighbours.empty()) score += PASSED_DUO[rank];
-    if (facts.isDefended) score += PASSED_DEFENDED[rank];
-  } else if (facts.isOpen && !facts.isIsolated &&
-             facts.neighbours.count() >= facts.sentries.count()) {
-    score += CANDIDATE[rank];
-  }
-  return score;
+PhaseScore sumOf(SquareSet squares, const PhaseRankTable& table) {
+  PhaseScore sum;
+  squares.forEach([&](unsigned index) { sum += table[index / 8]; });
+  return sum;
 }
 
-// How much a pawn with that view adds to a storm, beside its square's value.
-int stormContact(const PawnView& view, SquareSet pawn) {
-  if (!(pawn.ahead().beside() & view.enemy).empty()) return 1;
-  if ((pawn.ahead() & view.all()).empty()) return 0;
-  return (pawn.beside() & view.own).empty() ? -1 : 1;
+PhaseScore weaknessOf(const PawnKinds& pawns) {
+  return sumOf(pawns.doubled, DOUBLED) + DOUBLED_OPEN * (pawns.doubled & pawns.open).count() +
+         sumOf(pawns.isolated, ISOLATED) + ISOLATED_OPEN * (pawns.isolated & pawns.open).count() +
+         sumOf(pawns.backward, BACKWARD) + BACKWARD_OPEN * (pawns.backward & pawns.open).count();
 }
 
-void shelterAndStorm(const Board& board, const PawnView& view, Color color, PawnEntry& entry) {
-  std::array<std::int8_t, 3>& own = entry.sides[color].cover;
-  std::array<std::int8_t, 3>& enemy = entry.sides[~color].cover;
-  board.forEach(color, PAWN, [&](Piece, Square square) {
-    const int index = tableIndex(square, color);
-    const int contact = stormContact(view, SquareSet::of(index));
-    for (int zone = 0; zone < 3; ++zone) {
-      own[zone] = static_cast<std::int8_t>(own[zone] + SHELTER[zone][index]);
-      const int value = STORM[zone][index];
-      if (value != 0) enemy[zone] = static_cast<std::int8_t>(enemy[zone] - value - contact);
-    }
+PhaseScore strengthOf(const PawnView& view, const PawnKinds& pawns) {
+  PhaseScore score = sumOf(view.own, PAWN_SQUARE) +
+                     sumOf(pawns.defended & pawns.unopposed, DEFENDED_FREE) +
+                     sumOf(pawns.passed, PASSED) + sumOf(pawns.passed & pawns.duo, PASSED_DUO) +
+                     sumOf(pawns.passed & pawns.defended, PASSED_DEFENDED);
+  pawns.candidates.forEach([&](unsigned index) {
+    const SquareSet pawn = SquareSet::of(static_cast<int>(index));
+    const SquareSet sentries = pawn.allAhead().beside() & view.enemy;
+    if ((pawn.beside() & view.own).count() >= sentries.count()) score += CANDIDATE[index / 8];
   });
+  return score;
+}
+
+// A small number for each king zone, in one word, so that adding is one instruction; each sum must
+// stay within 8 bits.
+using ZoneWord = std::uint32_t;
+using ZoneSquareTable = std::array<ZoneWord, 64>;
+
+template <typename Value>
+consteval ZoneSquareTable packZones(const std::array<SquareTable, 3>& zones, Value value) {
+  ZoneSquareTable table{};
+  for (int index = 0; index < 64; ++index) {
+    for (int zone = 0; zone < 3; ++zone) {
+      table[index] |= static_cast<ZoneWord>(value(zones[zone][index])) << 8 * zone;
+    }
+  }
+  return table;
+}
+constexpr ZoneSquareTable SHELTER_WORDS = packZones(SHELTER, [](int value) { return value; });
+constexpr ZoneSquareTable STORM_WORDS = packZones(STORM, [](int value) { return value; });
+constexpr ZoneSquareTable STORMS = packZones(STORM, [](int value) { return value != 0 ? 1 : 0; });
+
+ZoneWord sumOf(SquareSet squares, const ZoneSquareTable& table) {
+  ZoneWord sum = 0;
+  squares.forEach([&](unsigned index) { sum += table[index]; });
+  return sum;
+}
+
+ZoneWord shelterOf(const PawnView& view) {
+  return sumOf(view.own, SHELTER_WORDS);
+}
+
+// A storming pawn counts one more when it is in touch with the enemy or with company, one less when
+// it is stopped alone.
+ZoneWord stormOf(const PawnView& view) {
+  const SquareSet attacking = view.own & view.enemy.behind().beside();
+  const SquareSet stopped = view.own & view.all().behind() & ~attacking;
+  const SquareSet together = stopped & view.own.beside();
+  return sumOf(view.own, STORM_WORDS) + sumOf(attacking | together, STORMS) -
+         sumOf(stopped & ~together, STORMS);
+}
+
+void setCover(ZoneWord shelter, ZoneWord storm, PawnSideInfo& info) {
+  for (std::int8_t& cover : info.cover) {
+    cover = static_cast<std::int8_t>((shelter & 0xff) - (storm & 0xff));
+    shelter >>= 8;
+    storm >>= 8;
+  }
 }
 
 // A rook wants a file without own pawns, and without any while there are not too many of them.
@@ -301,26 +325,19 @@ void setRooksOnFiles(PawnEntry& entry) {
 
 PhaseScore pawnStructure(const Board& board, const PawnView& view, Color color,
                          PawnSideInfo& info) {
-  info.filesWithoutPawns = 0xff;
+  const PawnKinds pawns(view);
+  info.filesWithoutPawns = static_cast<std::uint8_t>(~view.own.files());
+  info.lightSquarePawns =
+      static_cast<std::uint8_t>((board.men(color, PAWN) & LIGHT_SQUARES).count());
+  info.passedFiles = pawns.passed.files();
   info.passedCount = 0;
-  info.passedFiles = 0;
-  info.lightSquarePawns = 0;
-  PhaseScore score;
-  board.forEach(color, PAWN, [&](Piece, Square square) {
-    const auto fileBit = static_cast<std::uint8_t>(1 << square.file());
-    info.filesWithoutPawns &= static_cast<std::uint8_t>(~fileBit);
-    info.lightSquarePawns = static_cast<std::uint8_t>(info.lightSquarePawns + square.shade());
-
-    const int index = tableIndex(square, color);
-    const PawnFacts facts(view, index);
-    score += strengthOf(facts, index);
-    score += weaknessOf(view, facts, index);
-    if (facts.isPassed()) {
+  if (!pawns.passed.empty()) {
+    board.forEach(color, PAWN, [&](Piece, Square square) {
+      if (!pawns.passed.contains(tableIndex(square, color))) return;
       info.passed[info.passedCount++] = static_cast<std::uint8_t>(square.number());
-      info.passedFiles |= fileBit;
-    }
-  });
-  return score;
+    });
+  }
+  return strengthOf(view, pawns) + weaknessOf(pawns);
 }
 
 }  // namespace
@@ -336,9 +353,8 @@ void evaluatePawns(const Board& board, PawnEntry& entry) {
   const PhaseScore black = pawnStructure(board, blackView, BLACK, entry.sides[BLACK]);
   entry.middlegame = static_cast<std::int16_t>(white.middlegame() - black.middlegame());
   entry.endgame = static_cast<std::int16_t>(white.endgame() - black.endgame());
-  entry.sides[WHITE].cover = entry.sides[BLACK].cover = {};
-  shelterAndStorm(board, whiteView, WHITE, entry);
-  shelterAndStorm(board, blackView, BLACK, entry);
+  setCover(shelterOf(whiteView), stormOf(blackView), entry.sides[WHITE]);
+  setCover(shelterOf(blackView), stormOf(whiteView), entry.sides[BLACK]);
   setRooksOnFiles(entry);
 }
 
