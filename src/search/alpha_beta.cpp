@@ -121,6 +121,12 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   }
   const Score oldAlpha = alpha;
 
+  // What step 8 will ask the table, fetched together with what step 6 asks.
+  const Material own = board.material(board.side);
+  const bool triesNullMove = depth >= 2 && lastMove && !inCheck && type == CUT_NODE &&
+                             beta < WIN_BOUND && own.hasPieces();
+  if (triesNullMove) state.tt.prefetchAfterNullMove(board);
+
   // Step 6. The table: it decides the node, or suggests a move.
   Move hashMove;
   ++counters.probes;
@@ -145,10 +151,8 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   if (const auto score = probeBitbases(thread, ply, alpha, beta, depth, lastMove)) return *score;
 
   // Step 8. Null move with verification; what refutes it is a threat to answer.
-  const Material own = board.material(board.side);
   Move threat;
-  if (depth >= 2 && lastMove && !inCheck && type == CUT_NODE && beta < WIN_BOUND &&
-      own.hasPieces()) {
+  if (triesNullMove) {
     const Score score = searchNullMove(thread, ply, beta, depth);
     if (thread.isStopped()) return 0;
     threat = thread.pv[ply + 1][0];

@@ -75,6 +75,10 @@ class Tt {
   void prefetchAfter(const Board& board, Move move) const {
     prefetch(&slots_[index(keyAfter(board, move), ~board.side)]);
   }
+  // The same behind a null move that ends no chance to capture en passant.
+  void prefetchAfterNullMove(const Board& board) const {
+    prefetch(&slots_[index(board.hash, ~board.side)]);
+  }
 
  private:
   static constexpr std::size_t ENTRY_BYTES = 16;
