@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "eval/king_safety.h"
-#include "eval/material_imbalance.h"
 #include "eval/passed_pawns.h"
 #include "eval/pawn_race.h"
 #include "eval/pawn_structure.h"
@@ -89,7 +88,7 @@ EvaluationTerms Evaluator::computeTerms() {
   const Material black = board_.BlackMaterial;
   EvaluationTerms terms;
   terms.material = {100 * white.total(), 100 * black.total()};
-  terms.imbalance = materialImbalance(white, black);
+  terms.imbalance = imbalances_.of(white, black);
   terms.pawns = pawnScore();  // and with it the entry that the terms below read
   terms.race = pawnevaluator(board_, *pawnEntry_);
   const PawnEntry& pawns = *pawnEntry_;

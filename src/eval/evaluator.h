@@ -6,6 +6,7 @@
 #include "board/board.h"
 #include "board/score.h"
 #include "eval/evaluation_breakdown.h"
+#include "eval/material_imbalance.h"
 #include "eval/pawn_hash.h"
 #include "util/prefetch.h"
 
@@ -58,6 +59,7 @@ class Evaluator {
   Board& board_;
   PawnEntry* pawnEntry_ = nullptr;
   PawnHash pawnHash_;
+  ImbalanceCache imbalances_;
   std::array<CacheEntry, CACHE_ENTRIES> cache_{};
 };
 
