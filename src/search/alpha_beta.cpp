@@ -298,6 +298,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
       ++counters.pnodes;
       continue;
     }
+    picker.prefetchNext();
 
     // c. Share what remains with idle threads.
     if (depth >= state.minSplitDepth && searched > 0 &&

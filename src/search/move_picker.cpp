@@ -171,11 +171,14 @@ Move MovePicker::next() {
     while (current_ != end_) {
       const Move move = *current_++;
       if (move.isSameAs(hashMove_)) continue;
-      if (current_ != end_) thread_.state.tt.prefetchAfter(board_, *current_);
       return move;
     }
   } while (nextBatch());
   return NULL_MOVE;
+}
+
+void MovePicker::prefetchNext() const {
+  if (current_ != end_) thread_.state.tt.prefetchAfter(board_, *current_);
 }
 
 // Moves on to the next stage that has moves.

@@ -59,6 +59,9 @@ class MovePicker {
   Move next();
   // Where the move that next() gave last comes from.
   Stage stage() const { return stage_; }
+  // Asks the memory for the table's entries behind the move that comes after that one. For moves
+  // that are searched: meanwhile they arrive.
+  void prefetchNext() const;
 
  private:
   bool nextBatch();

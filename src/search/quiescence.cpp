@@ -141,6 +141,7 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
   const Square king = board.kingSquare(side);
   Move bestMove;
   while (Move move = picker.next()) {
+    picker.prefetchNext();
     if (uncovers(board, king, move.from(), move.to())) continue;
     state.tt.prefetchAfter(board, move);
     move = makeMove(board, move);
