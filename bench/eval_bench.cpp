@@ -116,7 +116,7 @@ void pieceActivityOfBoth(benchmark::State& state) {
   visitChildren(state, [](Position& position) {
     position.evaluator.pawnScore();
     const PawnEntry& entry = position.evaluator.pawnEntry();
-    const auto [white, black] = pieceActivity(position.board, entry);
+    const auto [white, black] = pieceActivity(position.board, entry, {8, 8});
     return white.worth - black.worth + white.kingAttack - black.kingAttack;
   });
 }

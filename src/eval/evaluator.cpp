@@ -1,7 +1,5 @@
 #include "eval/evaluator.h"
 
-#include <algorithm>
-
 #include "eval/king_safety.h"
 #include "eval/passed_pawns.h"
 #include "eval/pawn_race.h"
@@ -14,11 +12,6 @@ namespace ombrin {
 namespace {
 
 constexpr int TEMPO = 6;
-constexpr int FULL_PHASE = 64;  // units of pieces of both sides that make a middlegame
-
-int phaseOf(const Board& board) {
-  return std::min(board.WhiteMaterial.units() + board.BlackMaterial.units(), FULL_PHASE);
-}
 
 // The sum, White minus Black, scaled and seen by the side to move.
 int scaledScore(const Board& board, int sum, int scale) {
@@ -34,36 +27,42 @@ Score Evaluator::evaluate() {
     probePawnHash();
     return cached.score;
   }
-  const int sum = computeTerms().sum();
-  const int scale = scaleFactor(board_, *pawnEntry_, sum);
+  const MaterialFacts& material = materialFacts();
+  const int sum = computeTerms(material).sum();
+  const int scale = scaleOf(material, sum);
   if (scale == DRAWN) return DRAW;
   cached = {board_.hash, scaledScore(board_, sum, scale)};
   return cached.score;
 }
 
 Score Evaluator::evaluateUncached() {
-  const int sum = computeTerms().sum();
-  return scaledScore(board_, sum, scaleFactor(board_, *pawnEntry_, sum));
+  const MaterialFacts& material = materialFacts();
+  const int sum = computeTerms(material).sum();
+  return scaledScore(board_, sum, scaleOf(material, sum));
 }
 
 EvaluationBreakdown Evaluator::breakdown() {
+  const MaterialFacts& material = materialFacts();
   EvaluationBreakdown parts;
-  parts.terms = computeTerms();
+  parts.terms = computeTerms(material);
   for (const Color color : {WHITE, BLACK}) {
     PawnSideInfo info;
     parts.pawnStructure[color] = pawnStructure(board_, color, info);
     parts.passedPawns[color] = passedPawns(board_, *pawnEntry_, color);
   }
-  parts.phase = phaseOf(board_);
+  parts.phase = material.phase;
   const int sum = parts.terms.sum();
-  parts.scale = scaleFactor(board_, *pawnEntry_, sum);
+  parts.scale = scaleOf(material, sum);
   parts.score = scaledScore(board_, sum, parts.scale);
   return parts;
 }
 
 int Evaluator::pawnScore() {
+  return pawnScore(materialFacts().phase);
+}
+
+int Evaluator::pawnScore(int phase) {
   probePawnHash();
-  const int phase = phaseOf(board_);
   const int white = passedPawns(board_, *pawnEntry_, WHITE);
   const int black = passedPawns(board_, *pawnEntry_, BLACK);
   const int middlegame = white / 2 + pawnEntry_->middlegame - black / 2;
@@ -83,20 +82,22 @@ void Evaluator::probePawnHash() {
   evaluatePawns(board_, *pawnEntry_);
 }
 
-EvaluationTerms Evaluator::computeTerms() {
-  const Material white = board_.WhiteMaterial;
-  const Material black = board_.BlackMaterial;
+EvaluationTerms Evaluator::computeTerms(const MaterialFacts& material) {
   EvaluationTerms terms;
-  terms.material = {100 * white.total(), 100 * black.total()};
-  terms.imbalance = imbalances_.of(white, black);
-  terms.pawns = pawnScore();  // and with it the entry that the terms below read
-  terms.race = pawnevaluator(board_, *pawnEntry_);
+  terms.material = {100 * material.white.total(), 100 * material.black.total()};
+  terms.imbalance = material.imbalance;
+  terms.pawns = pawnScore(material.phase);  // and with it the entry that the terms below read
   const PawnEntry& pawns = *pawnEntry_;
-  const std::array<PieceActivity, 2> pieces = pieceActivity(board_, pawns);
+  if (!material.isMiddlegame) terms.race = pawnevaluator(board_, pawns);
+  const std::array<PieceActivity, 2> pieces = pieceActivity(board_, pawns, material.attackForce);
   terms.kingSafety = {kingSafety(board_, pawns, WHITE, pieces[BLACK]),
                       kingSafety(board_, pawns, BLACK, pieces[WHITE])};
   terms.activity = {pieces[WHITE].worth, pieces[BLACK].worth};
   return terms;
+}
+
+int Evaluator::scaleOf(const MaterialFacts& material, int sum) const {
+  return material.isMiddlegame ? FULL_SCALE : scaleFactor(board_, *pawnEntry_, sum);
 }
 
 }  // namespace ombrin

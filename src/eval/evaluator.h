@@ -6,7 +6,7 @@
 #include "board/board.h"
 #include "board/score.h"
 #include "eval/evaluation_breakdown.h"
-#include "eval/material_imbalance.h"
+#include "eval/material_table.h"
 #include "eval/pawn_hash.h"
 #include "util/prefetch.h"
 
@@ -54,12 +54,17 @@ class Evaluator {
   };
 
   CacheEntry& cacheEntry() { return cache_[(board_.hash + board_.side) & (CACHE_ENTRIES - 1)]; }
-  EvaluationTerms computeTerms();
+  const MaterialFacts& materialFacts() {
+    return materials_.of(board_.WhiteMaterial, board_.BlackMaterial);
+  }
+  int pawnScore(int phase);
+  EvaluationTerms computeTerms(const MaterialFacts& material);
+  int scaleOf(const MaterialFacts& material, int sum) const;
 
   Board& board_;
   PawnEntry* pawnEntry_ = nullptr;
   PawnHash pawnHash_;
-  ImbalanceCache imbalances_;
+  MaterialTable materials_;
   std::array<CacheEntry, CACHE_ENTRIES> cache_{};
 };
 

@@ -1,6 +1,5 @@
 #include "eval/piece_activity.h"
 
-#include <algorithm>
 #include <array>
 
 #include "board/attack_sets.h"
@@ -145,14 +144,6 @@ constexpr std::array<std::array<SquareSet, 64>, 2> SHUT_IN = [] {
   }
   return table;
 }();
-
-// Units of pieces from which on they can attack a king.
-constexpr int ATTACKERS = 11;
-
-unsigned attackForce(Material attacker) {
-  if (attacker.units() < ATTACKERS) return 0;
-  return static_cast<unsigned>(std::clamp(8 * attacker.queens() + attacker.units() - 16, 0, 8));
-}
 
 constexpr int TRAPPED_PIECE = -100;
 constexpr int ROOK_SHUT_IN = -50;
@@ -310,16 +301,19 @@ class PieceWalk {
 
 template <Color COLOR>
 [[gnu::always_inline]] inline PieceActivity walk(const Board& board, const BoardSets& sets,
-                                                 const PawnEntry& entry) {
-  const unsigned force = attackForce(board.material(COLOR));
+                                                 const PawnEntry& entry, unsigned force) {
   return force > 0 ? PieceWalk<COLOR, true>(board, sets, entry).result(force)
                    : PieceWalk<COLOR, false>(board, sets, entry).result(force);
 }
 
+using Forces = std::array<std::uint8_t, 2>;
+
 [[gnu::always_inline]] inline std::array<PieceActivity, 2> walkBoth(const Board& board,
-                                                                    const PawnEntry& entry) {
+                                                                    const PawnEntry& entry,
+                                                                    const Forces& force) {
   const BoardSets sets(board);
-  return {walk<WHITE>(board, sets, entry), walk<BLACK>(board, sets, entry)};
+  return {walk<WHITE>(board, sets, entry, force[WHITE]),
+          walk<BLACK>(board, sets, entry, force[BLACK])};
 }
 
 // The walk counts squares all the time. Nearly every processor has an instruction for that, but a
@@ -331,14 +325,15 @@ const bool CAN_COUNT = __builtin_cpu_supports("popcnt") != 0;
 #endif
 
 [[gnu::target("popcnt"), gnu::flatten]] std::array<PieceActivity, 2> countingWalk(
-    const Board& board, const PawnEntry& entry) {
-  return walkBoth(board, entry);
+    const Board& board, const PawnEntry& entry, const Forces& force) {
+  return walkBoth(board, entry, force);
 }
 
 }  // namespace
 
-std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry) {
-  return CAN_COUNT ? countingWalk(board, entry) : walkBoth(board, entry);
+std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry,
+                                           const Forces& force) {
+  return CAN_COUNT ? countingWalk(board, entry, force) : walkBoth(board, entry, force);
 }
 
 }  // namespace ombrin

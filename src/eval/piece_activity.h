@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include "board/board.h"
 #include "eval/pawn_hash.h"
@@ -15,7 +16,8 @@ struct PieceActivity {
                             // where force is not 0
 };
 
-// By colour. `entry` must be the position's.
-std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry);
+// By colour. `entry` must be the position's, and `force` its MaterialFacts::attackForce.
+std::array<PieceActivity, 2> pieceActivity(const Board& board, const PawnEntry& entry,
+                                           const std::array<std::uint8_t, 2>& force);
 
 }  // namespace ombrin

@@ -110,11 +110,6 @@ bool isRookPawnDraw(const Board& board, const PawnEntry& entry, Color stronger) 
 int scaleFactor(const Board& board, const PawnEntry& entry, int sum) {
   const Material white = board.WhiteMaterial;
   const Material black = board.BlackMaterial;
-  // None of this is about positions with more than a queen on both sides, and pawns.
-  if (std::min(white.units(), black.units()) > QUEEN_UNITS &&
-      std::min(white.pawns(), black.pawns()) > 0) {
-    return FULL_SCALE;
-  }
   const int scale = scaleByPawns(board, sum);
   if (scale == DRAWN) return DRAWN;
   if (sum != 0 && isRookPawnDraw(board, entry, sum > 0 ? WHITE : BLACK)) return DRAWN;

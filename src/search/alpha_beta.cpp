@@ -123,8 +123,8 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
 
   // What step 8 will ask the table, fetched together with what step 6 asks.
   const Material own = board.material(board.side);
-  const bool triesNullMove = depth >= 2 && lastMove && !inCheck && type == CUT_NODE &&
-                             beta < WIN_BOUND && own.hasPieces();
+  const bool triesNullMove =
+      depth >= 2 && lastMove && !inCheck && type == CUT_NODE && beta < WIN_BOUND && own.hasPieces();
   if (triesNullMove) state.tt.prefetchAfterNullMove(board);
 
   // Step 6. The table: it decides the node, or suggests a move.
