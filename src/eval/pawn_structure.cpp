@@ -281,7 +281,8 @@ consteval ZoneSquareTable packZones(const std::array<SquareTable, 3>& zones, Val
 }
 constexpr ZoneSquareTable SHELTER_WORDS = packZones(SHELTER, [](int value) { return value; });
 constexpr ZoneSquareTable STORM_WORDS = packZones(STORM, [](int value) { return value; });
-constexpr ZoneSquareTable STORMS = packZones(STORM, [](int value) { return value != 0 ? 1 : 0; });
+constexpr ZoneSquareTable STORM_ZONES =
+    packZones(STORM, [](int value) { return value != 0 ? 1 : 0; });
 
 ZoneWord sumOf(SquareSet squares, const ZoneSquareTable& table) {
   ZoneWord sum = 0;
@@ -293,14 +294,14 @@ ZoneWord shelterOf(const PawnView& view) {
   return sumOf(view.own, SHELTER_WORDS);
 }
 
-// A storming pawn counts one more when it is in touch with the enemy or with company, one less when
-// it is stopped alone.
+// A pawn that storms a zone counts one more there when it is in touch with the enemy or with
+// company, one less when it is stopped alone.
 ZoneWord stormOf(const PawnView& view) {
   const SquareSet attacking = view.own & view.enemy.behind().beside();
   const SquareSet stopped = view.own & view.all().behind() & ~attacking;
   const SquareSet together = stopped & view.own.beside();
-  return sumOf(view.own, STORM_WORDS) + sumOf(attacking | together, STORMS) -
-         sumOf(stopped & ~together, STORMS);
+  return sumOf(view.own, STORM_WORDS) + sumOf(attacking | together, STORM_ZONES) -
+         sumOf(stopped & ~together, STORM_ZONES);
 }
 
 void setCover(ZoneWord shelter, ZoneWord storm, PawnSideInfo& info) {

@@ -7,9 +7,11 @@
 #include "board/notation.h"
 #include "eval/evaluated_position.h"
 #include "eval/material_imbalance.h"
+#include "eval/material_table.h"
 #include "eval/pawn_race.h"
 #include "eval/pawn_structure.h"
 #include "eval/scale_factor.h"
+#include "support/random_positions.h"
 
 namespace ombrin {
 namespace {
@@ -97,6 +99,23 @@ TEST(ScaleFactor, KnowsWhatCannotBeWon) {
   EvaluatedPosition position("8/6k1/6B1/8/7P/8/8/4KB2 b - -");
   makeMove(position.board, parseMove(position.board, "Kxg6"));
   EXPECT_EQ(position.evaluator.breakdown().scale, DRAWN);
+}
+
+// In a middlegame the evaluation does not ask them.
+TEST(MaterialTable, KnowsWhereNoEndgameRuleApplies) {
+  MaterialTable table;
+  PawnEntry pawns;
+  int middlegames = 0;
+  forRandomPositions(2, 60, [&](Board& board) {
+    if (!table.of(board.WhiteMaterial, board.BlackMaterial).isMiddlegame) return;
+    ++middlegames;
+    evaluatePawns(board, pawns);
+    ASSERT_EQ(pawnevaluator(board, pawns), 0) << writeFen(board);
+    for (const int sum : {-300, 0, 300}) {
+      ASSERT_EQ(scaleFactor(board, pawns, sum), FULL_SCALE) << writeFen(board);
+    }
+  });
+  EXPECT_GT(middlegames, 300);
 }
 
 // Of White's pawns.
