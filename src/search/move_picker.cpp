@@ -170,7 +170,7 @@ Move MovePicker::next() {
   do {
     while (current_ != end_) {
       const Move move = *current_++;
-      if (move.isSameAs(hashMove_)) continue;
+      if (!move || move.isSameAs(hashMove_)) continue;
       return move;
     }
   } while (nextBatch());
@@ -206,7 +206,10 @@ bool MovePicker::nextBatch() {
       stage_ = KING_MOVES;
       current_ = room_.data();
       end_ = genKingQuiet(board_, current_);
-      dropKillers();
+      end_ = std::remove_if(current_, end_, [this](Move move) {
+        const Killers& killers = thread_.killers[ply_];
+        return move.isSameAs(killers.first) || move.isSameAs(killers.second);
+      });
       return current_ != end_;
     case QUIESCENCE:
       if (!quietChecks_) return false;
@@ -234,17 +237,22 @@ bool MovePicker::killerBatch(Move killer) {
 bool MovePicker::quietBatch() {
   current_ = losingEnd_;
   end_ = genQuiet(board_, current_);
-  dropKillers();
+  blankKillers();
+  current_ = std::find_if(current_, end_, [](Move move) { return !move.isNull(); });
   promoteQuiet();
   return current_ != end_;
 }
 
-// They had stages of their own.
-void MovePicker::dropKillers() {
+// They had stages of their own. Their places stay in the list, and promoteQuiet() moves them about
+// like the moves; next() passes over them.
+void MovePicker::blankKillers() {
   const Killers& killers = thread_.killers[ply_];
-  end_ = std::remove_if(current_, end_, [&killers](Move move) {
-    return move.isSameAs(killers.first) || move.isSameAs(killers.second);
-  });
+  std::replace_if(
+      current_, end_,
+      [&killers](Move move) {
+        return move.isSameAs(killers.first) || move.isSameAs(killers.second);
+      },
+      NULL_MOVE);
 }
 
 // Moves that answer the threat come first, killers of the same side at earlier plies next, and

@@ -69,7 +69,7 @@ class MovePicker {
   bool quietBatch();
   bool quietCheckBatch();
   void orderMainCaptures(Move* end);
-  void dropKillers();
+  void blankKillers();
   void promoteQuiet();
 
   SearchThread& thread_;
