@@ -206,10 +206,6 @@ bool MovePicker::nextBatch() {
       stage_ = KING_MOVES;
       current_ = room_.data();
       end_ = genKingQuiet(board_, current_);
-      end_ = std::remove_if(current_, end_, [this](Move move) {
-        const Killers& killers = thread_.killers[ply_];
-        return move.isSameAs(killers.first) || move.isSameAs(killers.second);
-      });
       return current_ != end_;
     case QUIESCENCE:
       if (!quietChecks_) return false;
