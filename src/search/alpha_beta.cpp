@@ -340,7 +340,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
           bestMove = move;
         }
         ++searched;
-        if (type == CUT_NODE) type = ALL_NODE;
+        type = ALL_NODE;
         continue;
       }
       ++counters.reducefails;
