@@ -197,7 +197,6 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
     if (score < -MATE_BOUND && score < alpha) return score;
     if (move && isMove(board, move, lastMove)) hashMove = move.identity();
   }
-  pv.clear();
 
   // What every move below shares: makes it, searches it, and takes it back.
   const SavedState saved = board.save();
