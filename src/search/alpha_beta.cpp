@@ -393,7 +393,10 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
           -alphaBeta(thread, ply + 1, -beta, -alpha, terms.newDepth + 1, move, -type);
       unmakeMove(board, move, saved);
       if (thread.isStopped()) return 0;
-      if (score >= beta) return failHigh(move, score);
+      if (score >= beta) {
+        storeNode(thread, ply, depth, move, score, TT_LOWER);
+        return score;
+      }
       if (score > best) {
         best = score;
         if (score > alpha) pv.set(move, thread.pv[ply + 1]);
