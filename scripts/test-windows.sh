@@ -46,6 +46,7 @@ same() {
 for system in native windows; do
   signature=$native/ombrin_signature
   [ "$system" = native ] || signature=$work/ombrin_signature
+  "$signature" check >/dev/null
   "$signature" 7 1 verbose | sed -E 's/^ *[0-9]+ ms//; /^(time|speed)/d' | tr -d '\r' >"$work/$system.txt"
 done
 same "nodes, scores and moves of searches"

@@ -1,14 +1,17 @@
 // Searches a fixed set of positions to a fixed depth, each with an empty table, and prints how many
 // nodes that took: the signature of the search. A change that is meant to keep the search as it is
 // keeps the number; with one thread it depends on nothing else. Time and speed are printed for the
-// record, and with a second argument the same is done by several threads.
+// record, and with a second argument the same is done by several threads. "check" fails when the
+// number is not the one that is known for its depth.
 //
+//   ombrin_signature check
 //   ombrin_signature [depth [threads [verbose]]]
 
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "bench/positions.h"
 #include "board/fen.h"
@@ -19,7 +22,8 @@
 
 int main(int argc, char** argv) {
   using namespace ombrin;
-  const int depth = argc > 1 ? std::atoi(argv[1]) : 8;
+  const bool check = argc > 1 && std::string_view(argv[1]) == "check";
+  const int depth = check ? SIGNATURE_DEPTH : argc > 1 ? std::atoi(argv[1]) : 8;
   const int threads = argc > 2 ? std::atoi(argv[2]) : 1;
   const bool verbose = argc > 3;
   logFile = nullptr;
@@ -53,5 +57,9 @@ int main(int argc, char** argv) {
   std::printf("positions %zu\ndepth     %i\nthreads   %i\nnodes     %" PRIu64 "\ntime      %" PRIu64
               " ms\nspeed     %" PRIu64 " nodes/s\n",
               BENCH_POSITIONS.size(), depth, search.threadCount(), nodes, milliseconds, perSecond);
+  if (check && nodes != SIGNATURE) {
+    std::printf("expected  %" PRIu64 " nodes\n", SIGNATURE);
+    return EXIT_FAILURE;
+  }
   return EXIT_SUCCESS;
 }
