@@ -56,18 +56,17 @@ void search(benchmark::State& state) {
   logFile = nullptr;
   Tt tt;
   const Bitbases bitbases;
-  SearchClock clock;
-  clock.setInfinite(true);
-  SearchController controller(tt, bitbases, clock);
+  SearchController controller(tt, bitbases);
   controller.boot();
-  controller.maxDepth = 7;
+  SearchObserver observer;
+  const SearchLimits limits{.depth = 7, .infinite = true};
   std::uint64_t nodes = 0;
   for (auto _ : state) {
     for (const char* fen : BENCH_POSITIONS) {
       Board board;
       setFen(board, fen);
       tt.clear();
-      controller.start(board, false);
+      controller.search(board, limits, observer);
       nodes += controller.nodes();
     }
   }

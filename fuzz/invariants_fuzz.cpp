@@ -9,7 +9,6 @@
 #include "egbb/bitbases.h"
 #include "eval/evaluator.h"
 #include "fuzz_input.h"
-#include "search/search_clock.h"
 #include "search/search_controller.h"
 #include "search/tt.h"
 #include "support/mirrored_board.h"
@@ -22,14 +21,12 @@ namespace {
 struct Searcher {
   Searcher() {
     search.setThreads(1);
-    search.quiet = true;
-    search.maxDepth = 3;
-    clock.setInfinite(true);
+    search.silence();
   }
   Tt tt{256};
   Bitbases bitbases;
-  SearchClock clock;
-  SearchController search{tt, bitbases, clock};
+  SearchObserver observer;
+  SearchController search{tt, bitbases};
 };
 
 void checkUnmaking(Board& board) {
@@ -88,8 +85,8 @@ void checkSearch(Board& board) {
   std::array<Move, MAX_MOVES> legal;
   const bool hasMove = legalMoves(board, legal.data()) != legal.data();
   searcher.tt.clear();
-  searcher.search.start(board, false);
-  const Move best = searcher.search.bestMove();
+  searcher.search.search(board, {.depth = 3, .infinite = true}, searcher.observer);
+  const Move best = searcher.search.report().bestMove;
   require(best.isNull() == !hasMove, "a search finds a move where there is one");
   require(!hasMove || isMove(board, best), "and it is a move");
 }

@@ -30,12 +30,11 @@ int main(int argc, char** argv) {
 
   Tt tt;
   const Bitbases bitbases;
-  SearchClock clock;
-  clock.setInfinite(true);
-  SearchController search(tt, bitbases, clock);
+  SearchController search(tt, bitbases);
   search.setThreads(threads);
   search.boot();
-  search.maxDepth = depth;
+  SearchObserver observer;
+  const SearchLimits limits{.depth = depth, .infinite = true};
 
   std::uint64_t nodes = 0;
   std::uint64_t milliseconds = 0;
@@ -44,13 +43,14 @@ int main(int argc, char** argv) {
     if (!setFen(board, fen)) return EXIT_FAILURE;
     tt.clear();
     const std::uint64_t start = tickCount();
-    search.start(board, false);
+    search.search(board, limits, observer);
     const std::uint64_t time = tickCount() - start;
-    nodes += search.nodes();
+    const SearchReport report = search.report();
+    nodes += report.nodes;
     milliseconds += time;
     if (verbose) {
-      std::printf("%8" PRIu64 " ms %10" PRIu64 " nodes %6i %-8s %s\n", time, search.nodes(),
-                  search.bestScore().value(), moveToText(search.bestMove()).c_str(), fen);
+      std::printf("%8" PRIu64 " ms %10" PRIu64 " nodes %6i %-8s %s\n", time, report.nodes,
+                  report.score.value(), moveToText(report.bestMove).c_str(), fen);
     }
   }
   const std::uint64_t perSecond = 1000 * nodes / (milliseconds == 0 ? 1 : milliseconds);

@@ -46,30 +46,29 @@ void EngineControl::stopSearch() {
   controller_.stopAndWait();
 }
 
-void EngineControl::listen(SearchObserver& observer) {
-  if (listener_ == &observer) return;
-  stopSearch();
-  controller_.setListener(&observer);
-  listener_ = &observer;
+void EngineControl::stopSearchOfOthers(const SearchObserver& observer) {
+  if (observer_ != &observer) stopSearch();
 }
 
-void EngineControl::startSearch(SearchObserver& observer) {
-  listen(observer);
-  controller_.start(board_, true);
+void EngineControl::startSearch(const SearchLimits& limits, SearchObserver& observer) {
+  observer_ = &observer;
+  controller_.start(board_, limits, observer);
 }
 
-void EngineControl::searchAside() {
-  controller_.start(board_, true);
-}
-
-void EngineControl::searchHere() {
+void EngineControl::searchAndWait(const SearchLimits& limits, SearchObserver& observer) {
+  observer_ = &observer;
   const Unlocked unlocked(mutex_);
-  controller_.start(board_, false);
+  controller_.search(board_, limits, observer);
 }
 
-void EngineControl::ponderhit() {
+void EngineControl::searchNext(const SearchLimits& limits, SearchObserver& observer) {
+  observer_ = &observer;
+  controller_.startNext(board_, limits, observer);
+}
+
+void EngineControl::ponderhit(const SearchLimits& limits) {
   const Unlocked unlocked(mutex_);
-  controller_.ponderhit();
+  controller_.ponderhit(limits);
 }
 
 }  // namespace ombrin

@@ -31,7 +31,6 @@ class EngineControl {
   Board& board() { return board_; }
   const Board& board() const { return board_; }
   SearchController& search() { return controller_; }
-  SearchClock& clock() { return controller_.clock(); }
 
   // Sets the board up. When the text is refused, the game stays as it was, and positionRefused()
   // holds until the next set-up that succeeds.
@@ -48,27 +47,24 @@ class EngineControl {
 
   // Stops whatever search runs and waits for it. At once when none runs.
   void stopSearch();
-  // Makes the observer the listener of the searches from now on; a search that another one listens
-  // to is stopped.
-  void listen(SearchObserver& observer);
-  // Starts a search of the board, whose listener the observer becomes, and returns. No search runs.
-  void startSearch(SearchObserver& observer);
-  // On the search thread, from within the observer's `finished`: starts another search of the board
-  // when the finished one has returned.
-  void searchNext() { controller_.startNext(board_); }
-  // Searches the board on this thread, for whoever listens. No search runs.
-  void searchHere();
-  // Starts it for whoever listens. No search runs.
-  void searchAside();
-  // The ponder search that runs becomes a normal one.
-  void ponderhit();
+  // Stops a search that another observer listens to.
+  void stopSearchOfOthers(const SearchObserver& observer);
+  // Searches the board and returns at once. No search runs.
+  void startSearch(const SearchLimits& limits, SearchObserver& observer);
+  // Searches the board on this thread and returns when the search has ended. No search runs.
+  void searchAndWait(const SearchLimits& limits, SearchObserver& observer);
+  // On the search thread, from within an observer's `finished`: another search of the board, which
+  // begins when the finished one has returned.
+  void searchNext(const SearchLimits& limits, SearchObserver& observer);
+  // The ponder search that runs goes on under these limits.
+  void ponderhit(const SearchLimits& limits);
 
  private:
   std::mutex mutex_;
   Board board_;
   Board draft_;  // where a position is set up until it is known to be good
   SearchController& controller_;
-  const SearchObserver* listener_ = nullptr;
+  const SearchObserver* observer_ = nullptr;  // of the last search
   bool positionRefused_ = false;
   std::uint32_t settlements_ = 0;
 };

@@ -2,21 +2,21 @@
 
 namespace ombrin {
 
-bool ReportThrottle::admitIteration(int depth, Score score, Move move, std::uint64_t elapsed) {
-  const bool repeated = score == lastScore_ && move.isSameAs(lastMove_);
-  stable_ = repeated && depth > lastDepth_ + STABLE_DEPTHS;
-  if (stable_ && elapsed < nextReport_) return false;
+bool ReportThrottle::admitBestLine(const SearchReport& report) {
+  const bool repeated = report.score == lastScore_ && report.bestMove.isSameAs(lastMove_);
+  stable_ = repeated && report.depth > lastDepth_ + STABLE_DEPTHS;
+  if (stable_ && report.time < nextReport_) return false;
   if (!repeated) {
-    lastDepth_ = depth;
-    lastScore_ = score;
-    lastMove_ = move;
+    lastDepth_ = report.depth;
+    lastScore_ = report.score;
+    lastMove_ = report.bestMove;
   }
   return true;
 }
 
-bool ReportThrottle::admitCurrentMove(int moveNumber, std::uint64_t elapsed) {
-  if ((moveNumber != 0 || stable_) && elapsed < nextReport_) return false;
-  nextReport_ = elapsed + INTERVAL;
+bool ReportThrottle::admitCurrentMove(const RootMoveReport& report) {
+  if ((report.number != 0 || stable_) && report.time < nextReport_) return false;
+  nextReport_ = report.time + INTERVAL;
   return true;
 }
 

@@ -2,8 +2,7 @@
 
 #include <cstdint>
 
-#include "board/move.h"
-#include "board/score.h"
+#include "search/search_report.h"
 
 namespace ombrin {
 
@@ -15,10 +14,10 @@ class ReportThrottle {
   // A search starts.
   void reset() { *this = ReportThrottle(); }
 
-  // Is this iteration to be reported? Not when it says what was said before and comes early.
-  bool admitIteration(int depth, Score score, Move move, std::uint64_t elapsed);
+  // Is this line to be reported? Not when it says what was said before and comes early.
+  bool admitBestLine(const SearchReport& report);
   // Is this root move to be reported? If so, others have to wait.
-  bool admitCurrentMove(int moveNumber, std::uint64_t elapsed);
+  bool admitCurrentMove(const RootMoveReport& report);
 
  private:
   static constexpr int STABLE_DEPTHS = 8;

@@ -40,7 +40,7 @@ bool UciFrontEnd::handleLine(const RefString& command, const RefString& argument
 }
 
 void UciFrontEnd::enter() {
-  control_.listen(*this);
+  control_.stopSearchOfOthers(*this);
   redirectLog();
   redirectErrors();
   announce();
@@ -120,7 +120,7 @@ void UciFrontEnd::ponderhit() {
   trace("ponderhit()...");
   switch (status_.replace(UciStatus::SEARCHING)) {
     case UciStatus::PONDERING:
-      control_.ponderhit();
+      control_.ponderhit(limits_);
       break;
     case UciStatus::IDLE:
       logInfo(UCI_LOG, "Uci:ponderhit(): already finished\n");

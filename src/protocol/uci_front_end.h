@@ -45,9 +45,9 @@ class UciFrontEnd final : public SearchObserver {
   // effect, while the protocol is active.
   bool handleLine(const RefString& command, const RefString& arguments);
 
-  void finished(int depth, Score score, Move bestMove) override;
-  void reportIteration(int depth, Score score, Move bestMove) override;
-  void reportCurrentMove(int depth, int moveNumber, Move move) override;
+  void finished(const SearchReport& report) override;
+  void reportBestLine(const SearchReport& report) override;
+  void reportCurrentMove(const RootMoveReport& report) override;
 
  private:
   struct Command {
@@ -58,18 +58,6 @@ class UciFrontEnd final : public SearchObserver {
     std::string_view name;
     void (UciFrontEnd::*set)();
   };
-  // What a "go" asks for; a negative time is none.
-  struct Limits {
-    std::int64_t time[2] = {-1, -1};
-    std::int64_t increment[2] = {0, 0};
-    std::int64_t movesToGo = 0;
-    std::int64_t depth = 0;
-    std::int64_t nodes = 0;
-    std::int64_t moveTime = -1;
-    bool infinite = false;
-    bool ponder = false;
-  };
-
   void enter();
   void position();
   void go();
@@ -96,8 +84,8 @@ class UciFrontEnd final : public SearchObserver {
   void playMoves();
   bool answerWithoutSearch();
   void leaveBook();
-  Limits readLimits();
-  void setClock(const Limits& limits);
+  SearchLimits readLimits(bool& ponder);
+  void completeLimits(SearchLimits& limits, int movesToGo);
   // The next token's number; nothing when the token is not one.
   std::optional<std::int64_t> numberToken();
   // The value of an option, after the word before it; nothing when it is not a number.
@@ -106,7 +94,7 @@ class UciFrontEnd final : public SearchObserver {
 
   // Prints what the last search came to.
   void reportResult(bool withPonderMove);
-  void sendInfo(int depth, Score score);
+  void sendInfo(const SearchReport& report);
   void sendBestMove(Move bestMove, Move ponderMove);
   void send(std::string_view line);
   // A step worth noting, to the log and, when traces are on, to the GUI. A null text shows as "?".
@@ -124,6 +112,8 @@ class UciFrontEnd final : public SearchObserver {
   Settings settings_;
   bool active_ = false;
   bool useBook_ = true;
+  bool canPonder_ = false;
+  SearchLimits limits_;  // of the last "go"
   BookExit bookExit_;
   Tokenizer tokens_;
   LogRedirection logs_;

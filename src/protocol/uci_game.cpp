@@ -1,6 +1,5 @@
 // The part of the UCI front-end that deals with the game: "position" and "go".
 #include <algorithm>
-#include <limits>
 
 #include "board/display.h"
 #include "board/fen.h"
@@ -87,14 +86,14 @@ void UciFrontEnd::go() {
   control_.stopSearch();  // a search that still runs answers first
   if (answerWithoutSearch()) return;
   leaveBook();
-  const Limits limits = readLimits();
+  bool ponder = false;
+  limits_ = readLimits(ponder);
   if (found != UciStatus::POSITION) {
     print(stderr, "Expected current status==POSITION, got %i\n", static_cast<int>(found));
   }
-  setClock(limits);
   throttle_.reset();
-  status_.replace(limits.ponder ? UciStatus::PONDERING : UciStatus::SEARCHING);
-  control_.startSearch(*this);
+  status_.replace(ponder ? UciStatus::PONDERING : UciStatus::SEARCHING);
+  control_.startSearch(limits_, *this);
   trace("go() ok");
 }
 
@@ -118,68 +117,64 @@ void UciFrontEnd::leaveBook() {
   logInfo(UCI_LOG, "Uci:First search out of book is at %u ply\n", bookExit_.firstOutOfBookPly());
 }
 
-UciFrontEnd::Limits UciFrontEnd::readLimits() {
-  Limits limits;
+SearchLimits UciFrontEnd::readLimits(bool& ponder) {
+  std::int64_t time[2] = {-1, -1};
+  std::int64_t increment[2] = {0, 0};
+  std::int64_t movesToGo = 0;
+  std::int64_t depth = 0;
+  std::int64_t nodes = 0;
+  std::int64_t moveTime = -1;
   const struct {
     std::string_view word;
     std::int64_t* value;
   } numbers[] = {
-      {"wtime", &limits.time[WHITE]},     {"btime", &limits.time[BLACK]},
-      {"winc", &limits.increment[WHITE]}, {"binc", &limits.increment[BLACK]},
-      {"movestogo", &limits.movesToGo},   {"depth", &limits.depth},
-      {"nodes", &limits.nodes},           {"movetime", &limits.moveTime},
+      {"wtime", &time[WHITE]},     {"btime", &time[BLACK]},   {"winc", &increment[WHITE]},
+      {"binc", &increment[BLACK]}, {"movestogo", &movesToGo}, {"depth", &depth},
+      {"nodes", &nodes},           {"movetime", &moveTime},
   };
+  SearchLimits limits;
   while (!tokens_.atEnd()) {
     const RefString word = tokens_.nextToken();
     for (const auto& [known, value] : numbers) {
       if (word == known) *value = numberToken().value_or(*value);
     }
-    if (word == "movetime") limits.movesToGo = 1;
+    if (word == "movetime") movesToGo = 1;
     if (word == "infinite" || word == "ponder") limits.infinite = true;
     if (word == "ponder") {
-      limits.ponder = true;
+      ponder = true;
       logInfo(UCI_LOG, "START pondering\n");
     }
   }
+  const Color side = control_.board().side;
+  if (depth > 0) limits.depth = clampToInt(depth);
+  if (nodes > 0) limits.nodes = static_cast<std::uint64_t>(nodes);
+  if (moveTime >= 0) limits.moveTime = clampToInt(moveTime);
+  if (time[side] >= 0) {
+    limits.game = {.movesToGo = clampToInt(movesToGo),
+                   .remaining = clampToInt(time[side]),
+                   .increment = clampToInt(increment[side]),
+                   .reserve = settings_.timeGap};
+  }
+  completeLimits(limits, clampToInt(movesToGo));
   return limits;
 }
 
-void UciFrontEnd::setClock(const Limits& limits) {
-  const int depth = std::max(clampToInt(limits.depth), 0);
-  const std::int64_t nodes = std::max<std::int64_t>(limits.nodes, 0);
-  control_.search().maxDepth = depth;
-  SearchClock& clock = control_.clock();
-  clock.reset();
-  clock.timeGap = 0;
-  clock.setInfinite(limits.infinite);
-  clock.nodeLimit = static_cast<std::uint64_t>(nodes);
-  clock.depth = depth;
-
+void UciFrontEnd::completeLimits(SearchLimits& limits, int movesToGo) {
+  limits.canPonder = canPonder_;
   const std::optional<int> movesOutOfBook = bookExit_.movesOutOfBook(control_.board());
   if (movesOutOfBook) logInfo(UCI_LOG, OUT_OF_BOOK, *movesOutOfBook);
-  clock.movesOutOfBook = movesOutOfBook.value_or(0);
-
-  const Color side = control_.board().side;
-  const int movesToGo = clampToInt(limits.movesToGo);
-  if (limits.moveTime >= 0) {
-    const int moveTime = clampToInt(limits.moveTime);
-    logInfo(UCI_LOG, "got hard moves/millis=%i/%i\n", movesToGo, moveTime);
-    clock.setMoveTime(moveTime);
-  } else if (limits.time[side] >= 0) {
-    const int time = clampToInt(limits.time[side]);
-    logInfo(UCI_LOG, "got wb moves/millis=%i/%i\n", movesToGo, time);
-    clock.timeGap = settings_.timeGap;
-    clock.setTimeControl(movesToGo, time, clampToInt(limits.increment[side]));
-  } else if (depth == 0 && nodes == 0) {
+  limits.movesOutOfBook = movesOutOfBook.value_or(0);
+  if (limits.moveTime) {
+    logInfo(UCI_LOG, "got hard moves/millis=%i/%i\n", movesToGo, *limits.moveTime);
+  } else if (limits.game) {
+    logInfo(UCI_LOG, "got wb moves/millis=%i/%i\n", movesToGo, limits.game->remaining);
+  } else if (!limits.depth && !limits.nodes) {
     if (!limits.infinite) print(stderr, "go(): no time/depth/node limit\n");
-    clock.setDefaults();
-  } else {
-    constexpr int UNLIMITED = std::numeric_limits<int>::max();
-    clock.setMoveTime(UNLIMITED);
+    limits.moveTime = DEFAULT_MOVE_TIME;
   }
   logInfo(UCI_LOG, "Nominal search time is %3.2f seconds, infinite=%i, nodes=%llu\n",
-          clock.nominal() / 1000.0, clock.isInfinite() ? 1 : 0,
-          static_cast<unsigned long long>(clock.nodeLimit));
+          TimeBudgets(limits).nominal() / 1000.0, limits.infinite ? 1 : 0,
+          static_cast<unsigned long long>(limits.nodes.value_or(0)));
 }
 
 std::optional<std::int64_t> UciFrontEnd::numberToken() {

@@ -24,7 +24,9 @@ void appendScore(std::string& line, Score score) {
   }
 }
 
-void appendSpeed(std::string& line, SearchEffort effort) {
+template <typename Report>
+void appendEffort(std::string& line, const Report& effort) {
+  append(line, " time %llu nodes %llu", Count{effort.time}, Count{effort.nodes});
   if (effort.time > LONG_ENOUGH_FOR_SPEED) {
     append(line, " nps %llu", Count{effort.nodes * 1000 / effort.time});
   }
@@ -32,16 +34,13 @@ void appendSpeed(std::string& line, SearchEffort effort) {
 
 }  // namespace
 
-std::string uciInfoLine(int depth, int selectiveDepth, Score score, SearchEffort effort,
-                        std::span<const Move> line) {
+std::string uciInfoLine(const SearchReport& report) {
   std::string text;
-  append(text, "info depth %i seldepth %i", depth, selectiveDepth);
-  appendScore(text, score);
-  append(text, " time %llu", Count{effort.time});
-  append(text, " nodes %llu", Count{effort.nodes});
-  appendSpeed(text, effort);
+  append(text, "info depth %i seldepth %i", report.depth, report.selectiveDepth);
+  appendScore(text, report.score);
+  appendEffort(text, report);
   text += " pv ";
-  for (const Move move : line) {
+  for (const Move move : report.line.moves()) {
     text += moveToCoordinates(move);
     text += ' ';
   }
@@ -49,14 +48,12 @@ std::string uciInfoLine(int depth, int selectiveDepth, Score score, SearchEffort
   return text;
 }
 
-std::string uciCurrentMoveLine(Move move, int moveNumber, SearchEffort effort, unsigned hashFull) {
+std::string uciCurrentMoveLine(const RootMoveReport& report) {
   std::string text = "info currmove ";
-  text += moveToCoordinates(move);
-  append(text, " currmovenumber %i", moveNumber + 1);
-  append(text, " time %llu", Count{effort.time});
-  append(text, " nodes %llu", Count{effort.nodes});
-  appendSpeed(text, effort);
-  append(text, " hashfull %u\n", hashFull);
+  text += moveToCoordinates(report.move);
+  append(text, " currmovenumber %i", report.number + 1);
+  appendEffort(text, report);
+  append(text, " hashfull %u\n", report.hashFull);
   return text;
 }
 

@@ -68,8 +68,8 @@ bool UciFrontEnd::switchValue() {
 }
 
 void UciFrontEnd::setPonder() {
-  control_.clock().canPonder = switchValue();
-  logInfo(UCI_LOG, "canponder=%u\n", control_.clock().canPonder ? 1U : 0U);
+  canPonder_ = switchValue();
+  logInfo(UCI_LOG, "canponder=%u\n", canPonder_ ? 1U : 0U);
 }
 
 void UciFrontEnd::setOwnBook() {

@@ -9,45 +9,37 @@
 
 namespace ombrin {
 
-void UciFrontEnd::finished(int depth, Score score, Move /*bestMove*/) {
+void UciFrontEnd::finished(const SearchReport& report) {
   trace("finished()...");
   if (status_.replace(UciStatus::IDLE) == UciStatus::PONDERING) {
     logInfo(UCI_LOG, "Uci:finish() delay sending bestmove, status is still 'pondering'\n");
   } else {
-    sendInfo(depth, score);
-    sendBestMove(control_.search().bestMove(), control_.search().ponderMove());
+    sendInfo(report);
+    sendBestMove(report.bestMove, report.ponderMove());
   }
   trace("finished() ok");
 }
 
-void UciFrontEnd::reportIteration(int depth, Score score, Move bestMove) {
-  if (throttle_.admitIteration(depth, score, bestMove, control_.clock().elapsed())) {
-    sendInfo(depth, score);
-  }
+void UciFrontEnd::reportBestLine(const SearchReport& report) {
+  if (throttle_.admitBestLine(report)) sendInfo(report);
 }
 
-void UciFrontEnd::reportCurrentMove(int depth, int moveNumber, Move move) {
+void UciFrontEnd::reportCurrentMove(const RootMoveReport& report) {
   std::string text;
-  if (moveNumber == 0) append(text, "info depth %i\n", depth);
-  const std::uint64_t elapsed = control_.clock().elapsed();
-  if (throttle_.admitCurrentMove(moveNumber, elapsed)) {
-    text += uciCurrentMoveLine(move, moveNumber, {elapsed, control_.search().nodes()},
-                               control_.search().hashFull());
-  }
+  if (report.number == 0) append(text, "info depth %i\n", report.depth);
+  if (throttle_.admitCurrentMove(report)) text += uciCurrentMoveLine(report);
   if (!text.empty()) send(text);
 }
 
 void UciFrontEnd::reportResult(bool withPonderMove) {
   control_.stopSearch();  // the results belong to the search thread until it is idle
-  const SearchController& search = control_.search();
-  sendInfo(search.depth(), search.bestScore());
-  sendBestMove(search.bestMove(), withPonderMove ? search.ponderMove() : NULL_MOVE);
+  const SearchReport report = control_.search().report();
+  sendInfo(report);
+  sendBestMove(report.bestMove, withPonderMove ? report.ponderMove() : NULL_MOVE);
 }
 
-void UciFrontEnd::sendInfo(int depth, Score score) {
-  const SearchController& search = control_.search();
-  send(uciInfoLine(depth, search.selectiveDepth(), score,
-                   {control_.clock().elapsed(), search.nodes()}, search.principalVariation()));
+void UciFrontEnd::sendInfo(const SearchReport& report) {
+  send(uciInfoLine(report));
 }
 
 void UciFrontEnd::sendBestMove(Move bestMove, Move ponderMove) {

@@ -59,7 +59,7 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
 void WinboardFrontEnd::enter() {
   // A GUI raises this signal to draw attention to a command that follows; commands are read anyway.
   ignoreInterrupts();
-  control_.listen(*this);
+  control_.stopSearchOfOthers(*this);
   redirectLog();
   active_ = true;
   send("\n");
@@ -180,7 +180,6 @@ void WinboardFrontEnd::stop() {
   note("stop(): undo pondermove");
   takeBack();
   ponderMove_ = NULL_MOVE;
-  control_.clock().setInfinite(false);
 }
 
 void WinboardFrontEnd::go() {

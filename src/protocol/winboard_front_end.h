@@ -65,9 +65,8 @@ class WinboardFrontEnd final : public SearchObserver {
   // effect, while the protocol is active. Command thread, with the game lock held.
   bool handleLine(const RefString& command, const RefString& arguments);
 
-  void finished(int depth, Score score, Move bestMove) override;
-  void reportIteration(int depth, Score score, Move bestMove) override;
-  void reportCurrentMove(int /*depth*/, int /*moveNumber*/, Move /*move*/) override {}
+  void finished(const SearchReport& report) override;
+  void reportBestLine(const SearchReport& report) override;
 
  private:
   static constexpr int NO_SIDE = -1;  // force mode
@@ -124,10 +123,10 @@ class WinboardFrontEnd final : public SearchObserver {
   void startThinking(Caller caller, WinboardStatus status, bool infinite);
   bool playBookMove();
   bool makePonderMove();
-  void updateTime();
+  SearchLimits limits(bool infinite);
   void ponderhit();
   // Plays what a search came to.
-  void answer(Caller caller, Score score, Move bestMove);
+  void answer(Caller caller, const SearchReport& report);
   void announceWin(Color winner);
 
   // The move as a word of the game board; a search knows it as one of its own board.
@@ -180,7 +179,8 @@ class WinboardFrontEnd final : public SearchObserver {
   int millis_ = 0;
   int incrementMs_ = 0;
   std::optional<int> fixedMoveTime_;
-  int depthLimit_ = 0;  // 0: none
+  int depthLimit_ = 0;   // 0: none
+  SearchLimits limits_;  // of the last search
 };
 
 }  // namespace ombrin

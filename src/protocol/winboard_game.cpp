@@ -124,7 +124,7 @@ bool WinboardFrontEnd::playBookMove() {
 }
 
 bool WinboardFrontEnd::makePonderMove() {
-  const Move move = onGameBoard(control_.search().ponderMove());
+  const Move move = onGameBoard(control_.search().report().ponderMove());
   if (!makeMoveOnBoard(move)) return false;
   ponderMove_ = move;
   return true;
@@ -136,14 +136,13 @@ void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool 
     note("Expected current status==IDLE, got %i\n", static_cast<int>(old));
   }
   checkHistory();
-  updateTime();
+  limits_ = limits(infinite);
   throttle_.reset();
-  control_.clock().setInfinite(infinite);
   note("go()...");
   if (caller == Caller::SEARCH_THREAD) {
-    control_.searchNext();
+    control_.searchNext(limits_, *this);
   } else {
-    control_.startSearch(*this);
+    control_.startSearch(limits_, *this);
   }
   note("go() ok");
 }
@@ -185,21 +184,21 @@ void WinboardFrontEnd::ponderhit() {
     status_.replace(WinboardStatus::IDLE);
     note("pondering already finished!");
     control_.stopSearch();
-    answer(Caller::COMMAND_THREAD, control_.search().bestScore(), control_.search().bestMove());
+    answer(Caller::COMMAND_THREAD, control_.search().report());
     return;
   }
-  SearchClock& clock = control_.clock();
-  if (!fixedMoveTime_) clock.setRemaining(millis_);
-  note("ponderhit: adjusted nominal search time is %3.2f seconds\n", clock.nominal() / 1000.0);
+  limits_.game->remaining = millis_;
+  note("ponderhit: adjusted nominal search time is %3.2f seconds\n",
+       TimeBudgets(limits_).nominal() / 1000.0);
   duringPonderhit_ = true;
-  control_.ponderhit();
+  control_.ponderhit(limits_);
   duringPonderhit_ = false;
   if (std::exchange(thinkAfterPonderhit_, false)) think(Caller::COMMAND_THREAD);
 }
 
 // ---- the search's end and progress ----
 
-void WinboardFrontEnd::finished(int /*depth*/, Score score, Move bestMove) {
+void WinboardFrontEnd::finished(const SearchReport& report) {
   note("finished()...");
   const auto lock = control_.lockGame();
   const WinboardStatus old = status_.replace(WinboardStatus::IDLE);
@@ -212,26 +211,26 @@ void WinboardFrontEnd::finished(int /*depth*/, Score score, Move bestMove) {
   } else if (settlements_ != control_.settlements()) {
     note("finished(): another position has been set up meanwhile");
   } else {
-    answer(Caller::SEARCH_THREAD, score, bestMove);
+    answer(Caller::SEARCH_THREAD, report);
     note("finished() ok");
   }
 }
 
-void WinboardFrontEnd::answer(Caller caller, Score score, Move bestMove) {
+void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
   constexpr Score MATING_MOVE = MATE.value() - 2;  // above it, the move itself mates
   const Color side = control_.board().side;
-  if (bestMove.isNull()) {
-    if (score == DRAW) {
+  if (report.bestMove.isNull()) {
+    if (report.score == DRAW) {
       send("1/2-1/2 {Stalemate}\n");
     } else {
       announceWin(~side);
     }
     return;
   }
-  const Move move = onGameBoard(bestMove);
+  const Move move = onGameBoard(report.bestMove);
   if (!makeMoveOnBoard(move)) return;
   send("move %s\n", moveToCoordinates(move).c_str());
-  if (score > MATING_MOVE) {
+  if (report.score > MATING_MOVE) {
     announceWin(side);
   } else {
     note("finished(): think again\n");
@@ -247,15 +246,11 @@ void WinboardFrontEnd::announceWin(Color winner) {
   }
 }
 
-void WinboardFrontEnd::reportIteration(int depth, Score score, Move bestMove) {
-  if (!post_) return;
-  const std::uint64_t elapsed = control_.clock().elapsed();
-  if (!throttle_.admitIteration(depth, score, bestMove, elapsed)) return;
+void WinboardFrontEnd::reportBestLine(const SearchReport& report) {
+  if (!post_ || !throttle_.admitBestLine(report)) return;
   const bool pondering = status_.current() == WinboardStatus::PONDERING;
-  const std::string line = winboardThinkingLine(depth, score, elapsed, control_.search().nodes(),
-                                                pondering ? ponderMove_.load() : NULL_MOVE,
-                                                control_.search().principalVariation());
-  send("%s\n", line.c_str());
+  const Move ponderMove = pondering ? ponderMove_.load() : NULL_MOVE;
+  send("%s\n", winboardThinkingLine(report, ponderMove).c_str());
 }
 
 }  // namespace ombrin

@@ -5,14 +5,14 @@
 
 namespace ombrin {
 
-std::string winboardThinkingLine(int depth, Score score, std::uint64_t time, std::uint64_t nodes,
-                                 Move ponderMove, std::span<const Move> line) {
+std::string winboardThinkingLine(const SearchReport& report, Move ponderMove) {
   constexpr std::size_t LONG_ENOUGH = 2032;
   std::string text;
-  append(text, "%i %i %llu %llu", depth, score.value(), static_cast<unsigned long long>(time / 10),
-         static_cast<unsigned long long>(nodes));
+  append(text, "%i %i %llu %llu", report.depth, report.score.value(),
+         static_cast<unsigned long long>(report.time / 10),
+         static_cast<unsigned long long>(report.nodes));
   if (!ponderMove.isNull()) text += " " + moveToCoordinates(ponderMove);
-  for (const Move move : line) {
+  for (const Move move : report.line.moves()) {
     if (text.size() > LONG_ENOUGH) break;
     text += " " + moveToCoordinates(move);
   }

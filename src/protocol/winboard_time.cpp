@@ -63,34 +63,31 @@ void WinboardFrontEnd::depthLimit() {
   note("maxdepth=%i\n", depthLimit_);
 }
 
-void WinboardFrontEnd::updateTime() {
+SearchLimits WinboardFrontEnd::limits(bool infinite) {
   note("updatetime(): nmoves=%i, millis=%u, incms=%i\n", movesPerControl_,
        static_cast<unsigned>(millis_), incrementMs_);
-  SearchClock& clock = control_.clock();
-  clock.reset();
-  clock.canPonder = ponder_;
-  clock.nodeLimit = 0;
-  clock.depth = depthLimit_;
-  control_.search().maxDepth = depthLimit_;
-
   // A game that was taken back to before the "level" has made no moves since.
   const std::uint32_t ply = control_.board().gamePly();
   const int movesMade = static_cast<int>((ply - std::min(basePly_, ply)) / 2);
   const int movesToGo = movesPerControl_ != 0 ? movesPerControl_ - movesMade % movesPerControl_ : 0;
   note("remaining moves until time control=%i (nmoved=%i)\n", movesToGo, movesMade);
-
   const std::optional<int> movesOutOfBook = bookExit_.movesOutOfBook(control_.board());
   if (movesOutOfBook) note(OUT_OF_BOOK, *movesOutOfBook);
-  clock.movesOutOfBook = movesOutOfBook.value_or(0);
 
-  clock.timeGap = settings_.timeGap;
-  if (fixedMoveTime_) {
-    clock.setMoveTime(*fixedMoveTime_);
-  } else {
-    clock.setTimeControl(movesToGo, millis_, incrementMs_);
-  }
+  SearchLimits limits;
+  if (depthLimit_ > 0) limits.depth = depthLimit_;
+  limits.moveTime = fixedMoveTime_;
+  limits.game = {.movesToGo = movesToGo,
+                 .remaining = millis_,
+                 .increment = incrementMs_,
+                 .reserve = settings_.timeGap};
+  limits.infinite = infinite;
+  limits.canPonder = ponder_;
+  limits.movesOutOfBook = movesOutOfBook.value_or(0);
   note("Nominal search time is %3.2f seconds, infinite=%i, timegap=%ims\n",
-       clock.nominal() / 1000.0, clock.isInfinite() ? 1 : 0, clock.timeGap);
+       TimeBudgets(limits).nominal() / 1000.0, infinite ? 1 : 0,
+       fixedMoveTime_ ? 0 : settings_.timeGap);
+  return limits;
 }
 
 }  // namespace ombrin

@@ -97,7 +97,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
 
   // Step 2. The clock, from time to time.
   ++counters.inodes;
-  if ((counters.inodes.value() & 0xff) == 0 && thread.state.isSpent(thread)) return 0;
+  if ((counters.inodes.value() & 0xff) == 0 && thread.state.stopIfSpent(thread)) return 0;
   SearchState& state = thread.state;
   Board& board = thread.board;
   PvLine& pv = thread.pv[ply];

@@ -40,15 +40,6 @@ std::string lineText(const PvLine& line) {
   return text;
 }
 
-// Is it time to end the search? Counts the nodes of all threads.
-bool isOver(SearchState& state) {
-  const std::uint64_t limit = state.clock.nodeLimit;
-  if (state.isStopped()) return true;
-  if (!state.clock.isTimeUp() && (limit == 0 || state.nodes() < limit)) return false;
-  state.requestStop();
-  return true;
-}
-
 // The pseudo-legal moves of the root, in the order in which the picker would have them.
 Move* generateRootMoves(Board& board, Move* out, Move lastMove) {
   if (lastMove.isCheck()) return genEvasions(board, out, lastMove);
@@ -108,7 +99,7 @@ void setRootLine(SearchState& state, Move move, int depth) {
 void report(SearchState& state, Move move, Score score, int depth) {
   state.bestScore = score;
   setRootLine(state, move, depth);
-  if (state.observer != nullptr) state.observer->reportIteration(depth, score, move);
+  state.observer->reportBestLine(state.report());
   logProgress(state, score, "", lineText(state.rootPv) + "\n");
   storeNode(state.mainThread(), 0, depth, move.identity(), score, TT_LOWER);
 }
@@ -138,8 +129,7 @@ void storeRootLine(SearchState& state, int depth) {
 // Why the search ends after an iteration; empty when it goes on.
 std::string reasonToEnd(SearchState& state, int depth) {
   const SearchClock& clock = state.clock;
-  const bool nodesSpent = clock.nodeLimit != 0 && state.nodes() >= clock.nodeLimit;
-  if (nodesSpent || isOver(state)) return "stopped\n";
+  if (state.stopIfSpent()) return "stopped\n";
   if (clock.isInfinite()) return "";
   if (depth + 1 >= 30000 - std::abs(state.bestScore.value())) return "(optimal)\n";
   if (state.rootMoves.size() == 1 && depth > 1) return "single move\n";
@@ -192,10 +182,11 @@ Score searchRoot(SearchState& state, Score alpha, Score beta, int depth) {
 
   for (int i = 0; i < count; ++i) {
     // Step 1. Make the move.
-    if (i > 0 && isOver(state)) return alpha;
+    if (i > 0 && state.stopIfSpent()) return alpha;
     const Move move = makeMove(board, moves[i].move);
-    if (state.observer != nullptr) state.observer->reportCurrentMove(depth, i, move);
     const std::uint64_t nodesBefore = state.nodes();
+    state.observer->reportCurrentMove(
+        {depth, i, move, nodesBefore, clock.elapsed(), state.hashFull()});
 
     // Step 2. Search it: the first with the full window, the others with a null window first.
     Score score;
@@ -215,7 +206,7 @@ Score searchRoot(SearchState& state, Score alpha, Score beta, int depth) {
       }
     }
     unmakeMove(board, move, saved);
-    if (i == 0 && isOver(state)) return DRAW;
+    if (i == 0 && state.stopIfSpent()) return DRAW;
     if (state.isStopped()) return alpha;
 
     // Step 3. Keep what it cost and what it is worth.
@@ -250,10 +241,7 @@ void iterate(SearchState& state) {
   // Step 3. The end: everyone stops, and the world is told.
   state.requestStop();
   const std::uint64_t milliseconds = state.clock.elapsed();
-  if (state.observer != nullptr) {
-    const Move best = state.rootMoves.empty() ? NULL_MOVE : state.rootMoves[0].move;
-    state.observer->finished(state.depth, state.bestScore, best);
-  }
+  state.observer->finished(state.report());
   if (!state.quiet && logLevel.load(std::memory_order_relaxed) <= 1) {
     logInfo(SEARCH_LOG, "%s", statisticsBlock(state, milliseconds).c_str());
   }

@@ -1,13 +1,9 @@
 #include "search/search_controller.h"
 
 #include <algorithm>
-#include <mutex>
 
-#include "platform/event.h"
-#include "platform/thread.h"
 #include "search/parallel_search.h"
 #include "search/root_search.h"
-#include "search/search_state.h"
 #include "util/log.h"
 #include "util/print.h"
 
@@ -19,255 +15,168 @@ constexpr LogChannel CONTROL_LOG{"search"};
 
 }  // namespace
 
-struct SearchController::Implementation {
-  Implementation(SearchController& controller, Tt& tt, const Bitbases& bitbases, SearchClock& clock)
-      : owner(controller), state(tt, bitbases, clock) {
-    idle().set();
-  }
-
-  void searchThreadMain();
-  // Makes the state ready for a search of that position. Only while no search runs.
-  void prepare(const Board& board);
-  // Runs the search that has been prepared, and those that its observer asks for.
-  void runSearches();
-  // Stops the current search, or the one that is about to begin.
-  void requestStop();
-
-  // Signalled while no search runs and none is about to.
-  Event& idle() { return state.mainThread().asleep; }
-
-  SearchController& owner;
-  SearchState state;
-  std::atomic<SearchObserver*> listener{nullptr};
-  bool booted = false;
-
-  // What startNext leaves for its own thread.
-  Board nextBoard;
-  bool hasNext = false;
-
-  // Guards the two flags, and with them the moment at which a new search forgets the requests made
-  // to the one before, so that none gets lost in between.
-  std::mutex mutex;
-  bool stopping = false;       // stopAndWait is waiting: whatever begins is to be stopped
-  bool stopRequested = false;  // the current search is, or the one about to begin
-};
-
-void SearchController::Implementation::searchThreadMain() {
-  SearchThread& main = state.mainThread();
-  for (;;) {
-    logDebug(CONTROL_LOG, "searchthread: sleep()\n");
-    main.wake.reset();
-    main.asleep.set();
-    main.wake.wait();
-    if (state.leaving) return;
-    logDebug(CONTROL_LOG, "searchthread: awoke()\n");
-    runSearches();
-  }
+SearchController::SearchController(Tt& tt, const Bitbases& bitbases) : state_(tt, bitbases) {
+  idle().set();
 }
-
-void SearchController::Implementation::prepare(const Board& board) {
-  state.maxDepth = owner.maxDepth;
-  state.quiet = owner.quiet;
-  state.observer = listener;
-  state.rootPv.clear();
-  state.rootPvDepth = 0;
-  state.depth = 0;
-  SearchThread& main = state.mainThread();
-  main.board.copyFrom(board);
-  main.board.makeRoom();
-  if (main.evaluator.pawnHash().entries() != PawnHash::FULL_SIZE) {
-    main.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
-  }
-  state.bitbaseLimits.probe = state.bitbases.available() ? state.bitbases.maxMen() - 2 : -1;
-  state.bitbaseLimits.memory = state.bitbases.available() ? state.bitbases.memoryMen() - 2 : -1;
-  state.tt.nextGeneration();
-  state.waitForWorkers();
-  for (const auto& thread : state.threads) thread->reset();
-  state.rootBoard.copyFrom(main.board);
-  state.idleCount.store(0, std::memory_order_relaxed);
-  {
-    const std::lock_guard lock(mutex);
-    state.clearStop();
-    if (stopRequested) state.requestStop();
-  }
-  state.wakeWorkers();
-}
-
-void SearchController::Implementation::runSearches() {
-  iterate(state);
-  while (hasNext) {
-    hasNext = false;
-    prepare(nextBoard);
-    iterate(state);
-  }
-}
-
-void SearchController::Implementation::requestStop() {
-  const std::lock_guard lock(mutex);
-  stopRequested = true;
-  state.requestStop();
-}
-
-SearchController::SearchController(Tt& tt, const Bitbases& bitbases, SearchClock& clock)
-    : implementation_(std::make_unique<Implementation>(*this, tt, bitbases, clock)) {}
 
 SearchController::~SearchController() {
   stopAndWait();
-  SearchState& state = implementation_->state;
-  state.waitForWorkers();
-  state.leaving = true;
-  for (const auto& thread : state.threads) {
+  state_.waitForWorkers();
+  state_.leaving = true;
+  for (const auto& thread : state_.threads) {
     thread->wake.set();
     thread->thread.join();
   }
 }
 
 void SearchController::boot() {
-  Implementation& self = *implementation_;
-  if (self.booted) {
+  if (booted_) {
     logWarn(CONTROL_LOG, "already booted!\n");
     return;
   }
-  self.booted = true;
-  self.state.mainThread().evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+  booted_ = true;
+  SearchThread& main = state_.mainThread();
+  main.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
   logInfo(CONTROL_LOG, "starting main search thread...\n");
-  self.idle().reset();
-  self.state.mainThread().thread = Thread::createSuspended([&self] { self.searchThreadMain(); });
-  if (!self.state.mainThread().thread.running()) {
+  idle().reset();
+  main.thread = Thread::createSuspended([this] { searchThreadMain(); });
+  if (!main.thread.running()) {
     print(stderr, "no main search thread: searches hold the command line up\n");
-    self.idle().set();
+    idle().set();
   }
-  self.state.mainThread().thread.setPriority(ThreadPriority::BELOW_NORMAL);
-  self.state.mainThread().thread.resume();
-  setThreads(self.state.threadCount);
+  main.thread.setPriority(ThreadPriority::BELOW_NORMAL);
+  main.thread.resume();
+  setThreads(state_.threadCount);
+}
+
+void SearchController::searchThreadMain() {
+  SearchThread& main = state_.mainThread();
+  for (;;) {
+    logDebug(CONTROL_LOG, "searchthread: sleep()\n");
+    main.wake.reset();
+    main.asleep.set();
+    main.wake.wait();
+    if (state_.leaving) return;
+    logDebug(CONTROL_LOG, "searchthread: awoke()\n");
+    runSearches();
+  }
 }
 
 void SearchController::setThreads(int n) {
-  Implementation& self = *implementation_;
-  self.idle().wait();
-  self.state.waitForWorkers();
+  idle().wait();
+  state_.waitForWorkers();
   n = std::clamp(n, 1, MAX_THREADS);
-  self.state.threadCount = self.booted ? setWorkerThreads(self.state, n) : n;
+  state_.threadCount = booted_ ? setWorkerThreads(state_, n) : n;
 }
 
-int SearchController::threadCount() const {
-  return implementation_->state.threadCount;
+void SearchController::start(const Board& board, const SearchLimits& limits,
+                             SearchObserver& observer) {
+  if (!state_.mainThread().thread.running()) return search(board, limits, observer);
+  accept(board, limits, observer);
+  state_.mainThread().wake.set();
 }
 
-void SearchController::start(const Board& board, bool async) {
-  Implementation& self = *implementation_;
-  self.idle().wait();
-  self.idle().reset();
+void SearchController::search(const Board& board, const SearchLimits& limits,
+                              SearchObserver& observer) {
+  accept(board, limits, observer);
+  runSearches();
+  idle().set();
+}
+
+void SearchController::accept(const Board& board, const SearchLimits& limits,
+                              SearchObserver& observer) {
+  idle().wait();
+  idle().reset();
   {
-    const std::lock_guard lock(self.mutex);
-    self.stopRequested = false;
+    const std::lock_guard lock(mutex_);
+    stopRequested_ = false;
   }
-  self.state.clock.reset();
-  self.state.forgetProgress();
-  self.prepare(board);
-  if (async && self.state.mainThread().thread.running()) {
-    self.state.mainThread().wake.set();
-  } else {
-    self.runSearches();
-    self.idle().set();
+  state_.clock.start(limits);
+  state_.forgetProgress();
+  prepare(board, limits, observer);
+}
+
+void SearchController::startNext(const Board& board, const SearchLimits& limits,
+                                 SearchObserver& observer) {
+  next_.board.copyFrom(board);
+  next_.limits = limits;
+  next_.observer = &observer;
+  hasNext_ = true;
+  // At once, so that a ponderhit that comes before the search has begun finds it.
+  state_.clock.start(limits);
+  state_.forgetProgress();
+  const std::lock_guard lock(mutex_);
+  stopRequested_ = stopping_;
+}
+
+void SearchController::prepare(const Board& board, const SearchLimits& limits,
+                               SearchObserver& observer) {
+  state_.waitForWorkers();
+  state_.maxDepth = limits.depth.value_or(0);
+  state_.nodeLimit = limits.nodes.value_or(0);
+  state_.observer = &observer;
+  state_.rootPv.clear();
+  state_.rootPvDepth = 0;
+  state_.depth = 0;
+  SearchThread& main = state_.mainThread();
+  main.board.copyFrom(board);
+  main.board.makeRoom();
+  if (main.evaluator.pawnHash().entries() != PawnHash::FULL_SIZE) {
+    main.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+  }
+  state_.bitbaseLimits.probe = state_.bitbases.available() ? state_.bitbases.maxMen() - 2 : -1;
+  state_.bitbaseLimits.memory = state_.bitbases.available() ? state_.bitbases.memoryMen() - 2 : -1;
+  state_.tt.nextGeneration();
+  for (const auto& thread : state_.threads) thread->reset();
+  state_.rootBoard.copyFrom(main.board);
+  state_.idleCount.store(0, std::memory_order_relaxed);
+  {
+    const std::lock_guard lock(mutex_);
+    state_.clearStop();
+    if (stopRequested_) state_.requestStop();
+  }
+  state_.wakeWorkers();
+}
+
+void SearchController::runSearches() {
+  iterate(state_);
+  while (hasNext_) {
+    hasNext_ = false;
+    prepare(next_.board, next_.limits, *next_.observer);
+    iterate(state_);
   }
 }
 
-void SearchController::startNext(const Board& board) {
-  Implementation& self = *implementation_;
-  self.nextBoard.copyFrom(board);
-  self.hasNext = true;
-  self.state.clock.reset();
-  self.state.forgetProgress();
-  const std::lock_guard lock(self.mutex);
-  self.stopRequested = self.stopping;
+void SearchController::requestStop() {
+  const std::lock_guard lock(mutex_);
+  stopRequested_ = true;
+  state_.requestStop();
 }
 
 void SearchController::stopAndWait() {
-  Implementation& self = *implementation_;
   {
-    const std::lock_guard lock(self.mutex);
-    self.stopping = true;
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
   }
-  self.requestStop();
-  self.idle().wait();
-  const std::lock_guard lock(self.mutex);
-  self.stopping = false;
+  requestStop();
+  idle().wait();
+  const std::lock_guard lock(mutex_);
+  stopping_ = false;
 }
 
-void SearchController::ponderhit() {
-  Implementation& self = *implementation_;
-  SearchState& state = self.state;
-  if (state.rootMoveCount.load(std::memory_order_relaxed) == 1 &&
-      state.iteration.load(std::memory_order_relaxed) > 2) {
+void SearchController::ponderhit(const SearchLimits& limits) {
+  if (state_.rootMoveCount.load(std::memory_order_relaxed) == 1 &&
+      state_.iteration.load(std::memory_order_relaxed) > 2) {
     logInfo(CONTROL_LOG, "ponderhit & single move!\n");
     stopAndWait();
     return;
   }
-  state.clock.ponderhit();
-  if (state.clock.iterationTimeout()) self.requestStop();
-}
-
-bool SearchController::isIdle() const {
-  return implementation_->idle().isSet();
+  state_.clock.ponderhit(limits);
+  if (state_.clock.iterationTimeout()) requestStop();
 }
 
 void SearchController::makeReady() {
   if (isIdle()) tt().makeReady();
-}
-
-void SearchController::setListener(SearchObserver* listener) {
-  implementation_->listener = listener;
-}
-
-Move SearchController::bestMove() const {
-  const std::vector<RootMove>& moves = implementation_->state.rootMoves;
-  return moves.empty() ? NULL_MOVE : moves.front().move;
-}
-
-Move SearchController::ponderMove() const {
-  const SearchState& state = implementation_->state;
-  const bool hasReply = state.rootPv[0] && state.bestScore > -29998;
-  return hasReply ? state.rootPv[1] : NULL_MOVE;
-}
-
-Score SearchController::bestScore() const {
-  return implementation_->state.bestScore;
-}
-
-int SearchController::depth() const {
-  return implementation_->state.depth;
-}
-
-int SearchController::selectiveDepth() const {
-  return implementation_->state.mainThread().seldepth;
-}
-
-std::span<const Move> SearchController::principalVariation() const {
-  return implementation_->state.rootPv.moves();
-}
-
-std::uint64_t SearchController::nodes() const {
-  return implementation_->state.nodes();
-}
-
-unsigned SearchController::hashFull() const {
-  const SearchState& state = implementation_->state;
-  std::uint64_t occupied = 0;
-  for (const auto& thread : state.threads) {
-    const TtCounters& counters = thread->counters.tt;
-    const std::uint64_t stores = counters.stores.value();
-    occupied += stores - std::min(stores, counters.overwrites.value());
-  }
-  return static_cast<unsigned>(1000 * occupied / state.tt.entries());
-}
-
-SearchClock& SearchController::clock() {
-  return implementation_->state.clock;
-}
-
-Tt& SearchController::tt() {
-  return implementation_->state.tt;
 }
 
 }  // namespace ombrin

@@ -1,9 +1,10 @@
 #include "search/search_state.h"
 
+#include <algorithm>
+
 namespace ombrin {
 
-SearchState::SearchState(Tt& table, const Bitbases& outside, SearchClock& timer)
-    : tt(table), bitbases(outside), clock(timer) {
+SearchState::SearchState(Tt& table, const Bitbases& outside) : tt(table), bitbases(outside) {
   for (int i = 0; i < MAX_THREADS; ++i) threads[i] = std::make_unique<SearchThread>(*this, i);
 }
 
@@ -38,9 +39,16 @@ void SearchState::wakeWorkers() {
   }
 }
 
-bool SearchState::isSpent(const SearchThread& thread) {
-  const bool nodesSpent = clock.nodeLimit != 0 && thread.counters.nodes() >= clock.nodeLimit;
+bool SearchState::stopIfSpent(const SearchThread& thread) {
+  const bool nodesSpent = nodeLimit != 0 && thread.counters.nodes() >= nodeLimit;
   if (!nodesSpent && !clock.isTimeUp()) return false;
+  requestStop();
+  return true;
+}
+
+bool SearchState::stopIfSpent() {
+  if (isStopped()) return true;
+  if (!clock.isTimeUp() && (nodeLimit == 0 || nodes() < nodeLimit)) return false;
   requestStop();
   return true;
 }
@@ -49,6 +57,26 @@ std::uint64_t SearchState::nodes() const {
   std::uint64_t sum = 0;
   for (const auto& thread : threads) sum += thread->counters.nodes();
   return sum;
+}
+
+unsigned SearchState::hashFull() const {
+  std::uint64_t occupied = 0;
+  for (const auto& thread : threads) {
+    const TtCounters& counters = thread->counters.tt;
+    const std::uint64_t stores = counters.stores.value();
+    occupied += stores - std::min(stores, counters.overwrites.value());
+  }
+  return static_cast<unsigned>(1000 * occupied / tt.entries());
+}
+
+SearchReport SearchState::report() const {
+  return {.depth = depth,
+          .selectiveDepth = mainThread().seldepth,
+          .score = bestScore,
+          .nodes = nodes(),
+          .time = clock.elapsed(),
+          .bestMove = rootMoves.empty() ? NULL_MOVE : rootMoves.front().move,
+          .line = rootPv};
 }
 
 }  // namespace ombrin

@@ -12,6 +12,7 @@
 #include "search/pv_line.h"
 #include "search/search_clock.h"
 #include "search/search_observer.h"
+#include "search/search_report.h"
 #include "search/search_thread.h"
 #include "search/tt.h"
 
@@ -41,7 +42,7 @@ inline constexpr int NO_SPLIT_DEPTH = 128;
 struct SearchState {
   static constexpr int MAX_THREADS = 8;
 
-  SearchState(Tt& table, const Bitbases& outside, SearchClock& timer);
+  SearchState(Tt& table, const Bitbases& outside);
 
   // Ends the search: sets `stopped` and every thread's stop flag. Any thread.
   void requestStop();
@@ -50,24 +51,33 @@ struct SearchState {
   void forgetProgress();
   void waitForWorkers();  // until all that there are sleep
   void wakeWorkers();     // those that are in use
-  // Has a thread used up the search's time or nodes? Then the search is stopped.
-  bool isSpent(const SearchThread& thread);
+  // Stops the search when the thread has used up its time or nodes; has it?
+  bool stopIfSpent(const SearchThread& thread);
+  // The same with the nodes of all threads; or is it stopped already?
+  bool stopIfSpent();
   bool isStopped() const { return stopped.load(std::memory_order_relaxed); }
 
+  // Over all threads: interior, quiescence and pruned nodes. Any thread, any time.
   std::uint64_t nodes() const;
+  // Share of the table written by this search, in permille. Any thread, any time.
+  unsigned hashFull() const;
+  // What has been found so far. Main search thread, or any while no search runs.
+  SearchReport report() const;
   SearchThread& mainThread() { return *threads[0]; }
   const SearchThread& mainThread() const { return *threads[0]; }
 
   Tt& tt;
   const Bitbases& bitbases;
-  SearchClock& clock;
+  SearchClock clock;
   std::array<std::unique_ptr<SearchThread>, MAX_THREADS> threads;
   int threadCount = 1;
 
-  // Settings of the current search.
+  // What the current search was asked for.
   int maxDepth = 0;
+  std::uint64_t nodeLimit = 0;  // 0: none
   bool quiet = false;
-  SearchObserver* observer = nullptr;
+  SearchObserver nobody;
+  SearchObserver* observer = &nobody;
 
   std::atomic<bool> stopped{false};
   bool leaving = false;  // with a thread's `wake`: it is to end

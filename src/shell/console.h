@@ -76,7 +76,8 @@ class Console {
   bool async_ = false;
   bool useBook_ = true;
   bool clearTable_ = true;
-  int depthLimit_ = 0;  // 0: none
+  SearchLimits limits_{.moveTime = DEFAULT_MOVE_TIME};
+  SearchObserver observer_;  // the log tells what a search finds
   int processorClock_ = 0;
 };
 

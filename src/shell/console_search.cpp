@@ -91,21 +91,18 @@ void Console::search(const RefString& arguments) {
   } else {
     print(stdout, "tt not cleared\n");
   }
-  // What a protocol may have asked of an earlier search.
-  control_.clock().setInfinite(false);
-  control_.clock().nodeLimit = 0;
-  control_.search().maxDepth = depthLimit_;
   if (async_) {
-    control_.searchAside();
+    control_.startSearch(limits_, observer_);
   } else {
-    control_.searchHere();
+    control_.searchAndWait(limits_, observer_);
   }
 }
 
 void Console::limitDepth(const RefString& arguments) {
   const std::optional<int> depth = readDepth(arguments, 0);
   if (!depth) return reportIllegal(arguments);
-  depthLimit_ = std::max(*depth, 0);
+  limits_.depth.reset();
+  if (*depth > 0) limits_.depth = *depth;
 }
 
 void Console::limitTime(const RefString& arguments) {
@@ -117,19 +114,21 @@ void Console::limitTime(const RefString& arguments) {
   const std::optional<int> moves = takeCount(text, 1);
   const std::optional<int> increment = takeCount(text, MILLIS);
   if (!time || !moves || !increment) return reportIllegal(arguments);
-  SearchClock& clock = control_.clock();
-  if (*time != 0 && *moves == 0) {
-    clock.setMoveTime(*time);
-  } else if (*time != 0) {
-    clock.timeGap = 0;
-    clock.movesOutOfBook = 0;
-    clock.setTimeControl(*moves, *time, *increment);
+  if (*time != 0) {
+    limits_.moveTime.reset();
+    limits_.game.reset();
+    if (*moves == 0) {
+      limits_.moveTime = *time;
+    } else {
+      limits_.game = {.movesToGo = *moves, .remaining = *time, .increment = *increment};
+    }
   }
-  print(stdout, "millis=%u\n", clock.budget(SearchClock::NORMAL));
-  print(stdout, "  easy=%u\n", clock.budget(SearchClock::EASY));
-  print(stdout, "  next=%u\n", clock.budget(SearchClock::ITERATION));
-  print(stdout, "  hi  =%u\n", clock.budget(SearchClock::EXTENDED));
-  print(stdout, "  lo  =%u\n", clock.budget(SearchClock::PANIC));
+  const TimeBudgets budgets(limits_);
+  print(stdout, "millis=%u\n", budgets[TimeBudgets::NORMAL]);
+  print(stdout, "  easy=%u\n", budgets[TimeBudgets::EASY]);
+  print(stdout, "  next=%u\n", budgets[TimeBudgets::ITERATION]);
+  print(stdout, "  hi  =%u\n", budgets[TimeBudgets::EXTENDED]);
+  print(stdout, "  lo  =%u\n", budgets[TimeBudgets::PANIC]);
 }
 
 }  // namespace ombrin

@@ -15,10 +15,9 @@
 namespace ombrin {
 
 Engine::~Engine() {
-  // The front-ends go before the search does, so it must not call them any more.
+  // Those who listen to a search go before it does.
   const auto lock = control_.lockGame();
   control_.stopSearch();
-  search_.setListener(nullptr);
 }
 
 void Engine::start(const std::string& iniFile) {

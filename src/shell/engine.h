@@ -10,7 +10,6 @@
 #include "protocol/output_stream.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/winboard_front_end.h"
-#include "search/search_clock.h"
 #include "search/search_controller.h"
 #include "search/tt.h"
 #include "shell/console.h"
@@ -44,8 +43,7 @@ class Engine {
   IniFile settings_;
   Tt tt_;
   Bitbases bitbases_;
-  SearchClock clock_;
-  SearchController search_{tt_, bitbases_, clock_};
+  SearchController search_{tt_, bitbases_};
   EngineControl control_{search_};
   FileOutputStream output_{stdout};
   BookFile book_{control_.board()};

@@ -32,34 +32,34 @@ TEST(UciLines, PrintScores) {
       {-30000, " score mate -0 "},
   };
   for (const auto& [score, text] : cases) {
-    const std::string line = uciInfoLine(1, 1, score, {}, {});
+    const std::string line = uciInfoLine({.depth = 1, .selectiveDepth = 1, .score = score});
     EXPECT_NE(line.find(text), std::string::npos) << line;
   }
 }
 
 TEST(UciLines, AreWhole) {
-  const Move line[] = {E4, Move(Square(0x64), Square(0x74), EMPTY, Move::promotionTo(QUEEN))};
-  EXPECT_EQ(uciInfoLine(12, 20, 31, {99, 500}, line),
+  const Move queens(Square(0x64), Square(0x74), EMPTY, Move::promotionTo(QUEEN));
+  SearchReport report{.depth = 12, .selectiveDepth = 20, .score = 31, .nodes = 500, .time = 99};
+  report.line.set(std::array{E4, queens});
+  EXPECT_EQ(uciInfoLine(report),
             "info depth 12 seldepth 20 score cp 31 time 99 nodes 500 pv e2e4 e7e8Q \n");
-  EXPECT_EQ(uciInfoLine(1, 2, 3, {100, 10'000'000'000}, {}),
+  report = {.depth = 1, .selectiveDepth = 2, .score = 3, .nodes = 10'000'000'000, .time = 100};
+  EXPECT_EQ(uciInfoLine(report),
             "info depth 1 seldepth 2 score cp 3 time 100 nodes 10000000000 nps 100000000000 pv \n");
-  EXPECT_EQ(uciCurrentMoveLine(E4, 0, {99, 7}, 0),
+  EXPECT_EQ(uciCurrentMoveLine({.move = E4, .nodes = 7, .time = 99}),
             "info currmove e2e4 currmovenumber 1 time 99 nodes 7 hashfull 0\n");
-  EXPECT_EQ(uciCurrentMoveLine(D4, 19, {2000, 7000}, 1000),
+  EXPECT_EQ(uciCurrentMoveLine({1, 19, D4, 7000, 2000, 1000}),
             "info currmove d2d4 currmovenumber 20 time 2000 nodes 7000 nps 3500 hashfull 1000\n");
   EXPECT_EQ(uciBestMoveLine(E4, D4), "bestmove e2e4 ponder d2d4\n");
   EXPECT_EQ(uciBestMoveLine(E4, NULL_MOVE), "bestmove e2e4\n");
   EXPECT_EQ(uciBestMoveLine(NULL_MOVE, NULL_MOVE), "bestmove 0000\n");
 }
 
-TEST(WinboardLines, StartWithThePonderMoveAndEndInTime) {
-  const Move line[] = {E4, D4};
-  EXPECT_EQ(winboardThinkingLine(5, -20, 1239, 42, NULL_MOVE, line), "5 -20 123 42 e2e4 d2d4");
-  EXPECT_EQ(winboardThinkingLine(5, -20, 1239, 42, D4, line), "5 -20 123 42 d2d4 e2e4 d2d4");
-  // A move is five characters with its blank: the first that passes 2032 characters is the last.
-  const std::vector<Move> longLine(1000, E4);
-  const std::string text = winboardThinkingLine(9, 0, 0, 0, NULL_MOVE, longLine);
-  EXPECT_EQ(text.size(), 7 + 5 * 406U);
+TEST(WinboardLines, StartWithThePonderMove) {
+  SearchReport report{.depth = 5, .score = -20, .nodes = 42, .time = 1239};
+  report.line.set(std::array{E4, D4});
+  EXPECT_EQ(winboardThinkingLine(report, NULL_MOVE), "5 -20 123 42 e2e4 d2d4");
+  EXPECT_EQ(winboardThinkingLine(report, D4), "5 -20 123 42 d2d4 e2e4 d2d4");
 }
 
 TEST(Throttle, HoldsBackWhatIsStable) {
@@ -79,19 +79,22 @@ TEST(Throttle, HoldsBackWhatIsStable) {
       {20, 11, D4, 60, true},  {21, 11, D4, 60, false},
   };
   ReportThrottle throttle;
-  EXPECT_TRUE(throttle.admitCurrentMove(0, 0));  // sets the next report's time to 100
+  EXPECT_TRUE(throttle.admitCurrentMove({.time = 0}));  // sets the next report's time to 100
   for (const auto& report : reports) {
-    EXPECT_EQ(throttle.admitIteration(report.depth, report.score, report.move, report.elapsed),
+    EXPECT_EQ(throttle.admitBestLine({.depth = report.depth,
+                                      .score = report.score,
+                                      .time = report.elapsed,
+                                      .bestMove = report.move}),
               report.admitted)
         << report.depth;
   }
   // The line is stable now, so that even the first move has to wait.
-  EXPECT_FALSE(throttle.admitCurrentMove(0, 99));
+  EXPECT_FALSE(throttle.admitCurrentMove({.time = 99}));
   throttle.reset();
-  EXPECT_TRUE(throttle.admitCurrentMove(0, 0));
-  EXPECT_TRUE(throttle.admitCurrentMove(0, 1));
-  EXPECT_FALSE(throttle.admitCurrentMove(1, 100));
-  EXPECT_TRUE(throttle.admitCurrentMove(1, 101));
+  EXPECT_TRUE(throttle.admitCurrentMove({.time = 0}));
+  EXPECT_TRUE(throttle.admitCurrentMove({.time = 1}));
+  EXPECT_FALSE(throttle.admitCurrentMove({.number = 1, .time = 100}));
+  EXPECT_TRUE(throttle.admitCurrentMove({.number = 1, .time = 101}));
 }
 
 TEST(Numbers, AreTakenFromTheFront) {

@@ -18,7 +18,6 @@ struct UciEngine {
     search.setThreads(threads);
     search.boot();
   }
-  ~UciEngine() { search.setListener(nullptr); }
 
   void handle(const char* command, const char* arguments = "") {
     const auto lock = control.lockGame();
@@ -35,8 +34,7 @@ struct UciEngine {
 
   Tt tt{256};
   Bitbases bitbases;
-  SearchClock clock;
-  SearchController search{tt, bitbases, clock};
+  SearchController search{tt, bitbases};
   EngineControl control{search};
   BookFile book{control.board()};
   BookPicker picker{book};

@@ -33,8 +33,7 @@ TEST(WorkerThreadsTest, AreMadeOnceAndParked) {
       EXPECT_EQ(log.text(), text) << wanted;
     }
     EXPECT_EQ(engine.search.threadCount(), used);
-    engine.searchTo(6, *board);
-    EXPECT_TRUE(engine.search.bestMove());
+    EXPECT_TRUE(engine.searchTo(6, *board).bestMove);
   }
 }
 
@@ -48,8 +47,8 @@ TEST(ParallelSearchTest, AgreesWithOneThread) {
   TestEngine several(4);
   for (const std::string& fen : quiet) {
     const auto board = boardOf(fen);
-    const int expected = one.searchTo(7, *board).value();
-    EXPECT_NEAR(several.searchTo(7, *board).value(), expected, 40) << fen;
+    const int expected = one.searchTo(7, *board).score.value();
+    EXPECT_NEAR(several.searchTo(7, *board).score.value(), expected, 40) << fen;
   }
 }
 
@@ -57,14 +56,15 @@ TEST(ParallelSearchTest, AgreesWithOneThread) {
 // is lost, and the last search still splits.
 TEST(ParallelSearchTest, SurvivesManyStops) {
   TestEngine engine(8);
+  SearchObserver observer;
   std::mt19937 random(11);
   for (int i = 0; i < 200; ++i) {
     const auto board = boardOf(MIDDLEGAMES[i % MIDDLEGAMES.size()]);
-    engine.search.start(*board, true);
+    engine.search.start(*board, {}, observer);
     const std::uint64_t nodes = random() % 3 == 0 ? 0 : random() % 4000;
     while (engine.search.nodes() < nodes) std::this_thread::yield();
     engine.search.stopAndWait();
-    ASSERT_TRUE(engine.search.bestMove());
+    ASSERT_TRUE(engine.search.report().bestMove);
   }
   LogCapture log;
   engine.searchTo(8, *boardOf(MIDDLEGAMES[0]));

@@ -9,13 +9,7 @@ namespace {
 
 using Budgets = std::array<std::uint32_t, 5>;
 
-Budgets budgets(const SearchClock& clock) {
-  return {clock.budget(SearchClock::EASY), clock.budget(SearchClock::ITERATION),
-          clock.budget(SearchClock::NORMAL), clock.budget(SearchClock::EXTENDED),
-          clock.budget(SearchClock::PANIC)};
-}
-
-TEST(SearchClockTest, SharesTheRemainingTimeOut) {
+TEST(TimeBudgetsTest, ShareTheRemainingTimeOut) {
   const struct {
     const char* what;
     int movesToGo, remaining, increment, gap, outOfBook;
@@ -42,52 +36,40 @@ TEST(SearchClockTest, SharesTheRemainingTimeOut) {
       {"negative increment", 0, 1000, -5000, 0, 0, false, {0, 0, 0, 0, 0}},
   };
   for (const auto& test : cases) {
-    SearchClock clock;
-    clock.timeGap = test.gap;
-    clock.movesOutOfBook = test.outOfBook;
-    clock.canPonder = test.ponder;
-    clock.setTimeControl(test.movesToGo, test.remaining, test.increment);
-    EXPECT_EQ(budgets(clock), test.expected) << test.what;
-    clock.setRemaining(test.remaining);
-    EXPECT_EQ(budgets(clock), test.expected) << test.what << ", set again";
+    const GameTime time{test.movesToGo, test.remaining, test.increment, test.gap};
+    const TimeBudgets budgets(
+        {.game = time, .canPonder = test.ponder, .movesOutOfBook = test.outOfBook});
+    EXPECT_EQ(budgets.milliseconds, test.expected) << test.what;
   }
 }
 
-TEST(SearchClockTest, GivesEveryMoveTheSameTimeWhenToldSo) {
-  SearchClock clock;
-  EXPECT_EQ(clock.nominal(), 5000U);
-  clock.timeGap = 3000;
-  clock.setMoveTime(1234);
-  EXPECT_EQ(budgets(clock), (Budgets{1234, 1234, 1234, 1234, 1234}));
-  EXPECT_EQ(clock.timeGap, 0);
-  clock.setDefaults();
-  EXPECT_EQ(budgets(clock), (Budgets{5000, 5000, 5000, 5000, 5000}));
+TEST(TimeBudgetsTest, AreAllTheMoveTimeWhereThereIsOne) {
+  const TimeBudgets budgets({.moveTime = 1234, .game = GameTime{0, 60000, 0, 3000}});
+  EXPECT_EQ(budgets.milliseconds, (Budgets{1234, 1234, 1234, 1234, 1234}));
 }
 
 // Budgets that are over or far away tell which of them is the current limit.
 class SearchClockStates : public testing::Test {
  protected:
   // Normal time is up at once, extended time is not.
-  void SetUp() override {
-    clock.setTimeControl(1, 1000000, 0);
-    ASSERT_GT(clock.budget(SearchClock::NORMAL), 100000U);
-    clock.reset();
-  }
+  SearchClockStates() { clock.start(limits); }
   std::uint32_t limitAfter(Score before, Score now, int iteration) {
-    clock.reset();
+    clock.start(limits);
     clock.setIteration(iteration - 1);
     clock.iterationDone(before);
     clock.setIteration(iteration);
     clock.firstScore(now);
     return clock.limit();
   }
+  const SearchLimits limits{.game = GameTime{1, 1000000, 0, 0}};
+  const TimeBudgets budgets{limits};
+  const std::uint32_t normal = budgets[TimeBudgets::NORMAL];
+  const std::uint32_t extended = budgets[TimeBudgets::EXTENDED];
+  const std::uint32_t panic = budgets[TimeBudgets::PANIC];
   SearchClock clock;
 };
 
 TEST_F(SearchClockStates, PanicsWhenTheScoreDrops) {
-  const std::uint32_t normal = clock.budget(SearchClock::NORMAL);
-  const std::uint32_t panic = clock.budget(SearchClock::PANIC);
-  ASSERT_NE(normal, panic);
   EXPECT_EQ(limitAfter(40, 25, 3), panic);
   EXPECT_EQ(limitAfter(40, 30, 3), normal);
   EXPECT_EQ(limitAfter(40, 29, 3), panic);
@@ -100,8 +82,6 @@ TEST_F(SearchClockStates, PanicsWhenTheScoreDrops) {
 }
 
 TEST_F(SearchClockStates, ExtendsWhileAFailHighIsOpen) {
-  const std::uint32_t normal = clock.budget(SearchClock::NORMAL);
-  const std::uint32_t extended = clock.budget(SearchClock::EXTENDED);
   clock.failHigh();  // no iteration has begun
   EXPECT_EQ(clock.limit(), normal);
   clock.setIteration(1);
@@ -109,21 +89,21 @@ TEST_F(SearchClockStates, ExtendsWhileAFailHighIsOpen) {
   EXPECT_EQ(clock.limit(), extended);
   clock.resolved();
   EXPECT_EQ(clock.limit(), normal);
-  EXPECT_EQ(limitAfter(40, 25, 3), clock.budget(SearchClock::PANIC));
+  EXPECT_EQ(limitAfter(40, 25, 3), panic);
   clock.failHigh();
   clock.resolved();
-  EXPECT_EQ(clock.limit(), clock.budget(SearchClock::PANIC));
+  EXPECT_EQ(clock.limit(), panic);
 }
 
 TEST_F(SearchClockStates, NeverExpiresWhileInfinite) {
-  clock.setMoveTime(0);
-  clock.setInfinite(true);
-  clock.reset();
+  clock.start({.moveTime = 0, .infinite = true});
   while (clock.elapsed() < 2) {
   }
   EXPECT_FALSE(clock.isTimeUp());
   EXPECT_FALSE(clock.iterationTimeout());
-  clock.ponderhit();
+  clock.ponderhit({.moveTime = 1000000});
+  EXPECT_FALSE(clock.isTimeUp());
+  clock.ponderhit({.moveTime = 0});
   EXPECT_TRUE(clock.isTimeUp());
   EXPECT_TRUE(clock.iterationTimeout());
   clock.setIteration(1);

@@ -14,23 +14,24 @@ namespace {
 
 // Counts what it hears, and does as it is told when a search ends.
 struct Listener : SearchObserver {
-  void finished(int depth, Score score, Move bestMove) override {
-    lastDepth = depth;
-    lastScore = score;
-    best = bestMove;
+  void finished(const SearchReport& report) override {
+    lastDepth = report.depth;
+    lastScore = report.score;
+    best = report.bestMove;
     ++ends;
     if (atEnd) atEnd();
     ended.set();
   }
-  void reportIteration(int, Score, Move) override {
+  void reportBestLine(const SearchReport&) override {
     ++reports;
     iterating.set();
   }
-  void reportCurrentMove(int depth, int moveNumber, Move) override {
+  void reportCurrentMove(const RootMoveReport& report) override {
     ++reports;
-    inOrder = inOrder && (moveNumber == 0 || (depth == lastDepth && moveNumber == lastMove + 1));
-    lastDepth = depth;
-    lastMove = moveNumber;
+    inOrder = inOrder &&
+              (report.number == 0 || (report.depth == lastDepth && report.number == lastMove + 1));
+    lastDepth = report.depth;
+    lastMove = report.number;
   }
 
   std::function<void()> atEnd;
@@ -47,9 +48,18 @@ struct Listener : SearchObserver {
 
 class SearchControllerTest : public testing::Test {
  protected:
-  SearchControllerTest() { engine.search.setListener(&listener); }
   ~SearchControllerTest() override { engine.search.stopAndWait(); }
 
+  void start(const SearchLimits& limits = {.infinite = true}) {
+    engine.search.start(*board, limits, listener);
+  }
+  void startNext(const SearchLimits& limits = {}) {
+    engine.search.startNext(*board, limits, listener);
+  }
+  SearchReport search(const SearchLimits& limits) {
+    engine.search.search(*board, limits, listener);
+    return engine.search.report();
+  }
   // As soon as the search has ended, whoever ends it.
   void waitForEnd() {
     listener.ended.wait();
@@ -64,7 +74,7 @@ class SearchControllerTest : public testing::Test {
 TEST_F(SearchControllerTest, SearchesUntilItIsStopped) {
   for (int i = 0; i < 20; ++i) {
     const auto mine = boardOf(MIDDLEGAMES[1]);
-    engine.search.start(*mine, true);
+    engine.search.start(*mine, {}, listener);
     ASSERT_TRUE(setFen(*mine, "7k/8/8/8/8/8/8/7K w - -"));  // the search has a copy
     if (i % 2 == 0) listener.iterating.wait();
     engine.search.stopAndWait();
@@ -78,24 +88,22 @@ TEST_F(SearchControllerTest, SearchesUntilItIsStopped) {
 }
 
 TEST_F(SearchControllerTest, NeverLosesAPonderhit) {
-  engine.clock.setMoveTime(3);
+  const SearchLimits limits{.moveTime = 3, .infinite = true};
   for (int i = 0; i < 30; ++i) {
-    engine.clock.setInfinite(true);
-    engine.search.start(*board, true);
+    start(limits);
     if (i % 3 == 0) listener.iterating.wait();
-    engine.search.ponderhit();
+    engine.search.ponderhit(limits);
     waitForEnd();
     listener.iterating.reset();
   }
 }
 
 TEST_F(SearchControllerTest, EndsAPonderedSingleReplyAtOnce) {
-  const auto forced = boardOf("k7/8/8/8/8/8/1r6/K7 w - -");
-  engine.clock.setMoveTime(600000);
-  engine.search.start(*forced, true);
+  board = boardOf("k7/8/8/8/8/8/1r6/K7 w - -");
+  start();
   while (listener.lastDepth <= 3) std::this_thread::yield();
   LogCapture log;
-  engine.search.ponderhit();
+  engine.search.ponderhit({});
   EXPECT_TRUE(engine.search.isIdle());
   EXPECT_TRUE(log.has("ponderhit & single move!\n"));
 }
@@ -106,7 +114,8 @@ TEST_F(SearchControllerTest, EndsAtOnceWithoutALegalMove) {
     int score;
   } cases[] = {{"7k/5Q2/6K1/8/8/8/8/8 b - -", 0}, {"7k/6Q1/6K1/8/8/8/8/8 b - -", -30000}};
   for (const auto& [fen, score] : cases) {
-    engine.searchTo(5, *boardOf(fen));
+    board = boardOf(fen);
+    search({.depth = 5});
     EXPECT_EQ(listener.lastDepth, 0);
     EXPECT_EQ(listener.lastScore, score);
     EXPECT_EQ(listener.best, NULL_MOVE);
@@ -119,32 +128,22 @@ TEST_F(SearchControllerTest, EndsAtOnceWithoutALegalMove) {
 TEST_F(SearchControllerTest, KeepsToItsLimits) {
   for (const int threads : {1, 4}) {
     engine.search.setThreads(threads);
-    engine.searchTo(1, *board);
-    EXPECT_EQ(engine.search.depth(), 1);
+    EXPECT_EQ(search({.depth = 1}).depth, 1);
     EXPECT_TRUE(listener.inOrder);
-
-    engine.clock.nodeLimit = 20000;
-    engine.searchTo(0, *board);
-    EXPECT_GE(engine.search.nodes(), 20000U);
-    EXPECT_LT(engine.search.nodes(), threads == 1 ? 25000U : 200000U);
-
-    engine.clock.nodeLimit = 0;
-    engine.clock.setInfinite(false);
-    engine.clock.setMoveTime(30);
-    engine.searchTo(0, *board);
-    EXPECT_GE(engine.clock.elapsed(), 30U);
-    engine.clock.setInfinite(true);
+    const std::uint64_t nodes = search({.nodes = 20000}).nodes;
+    EXPECT_GE(nodes, 20000U);
+    EXPECT_LT(nodes, threads == 1 ? 25000U : 200000U);
+    EXPECT_GE(search({.moveTime = 30}).time, 30U);
   }
   EXPECT_EQ(listener.ends, 6);
 }
 
 // A front-end that ponders begins the next search from within the end of the one before.
 TEST_F(SearchControllerTest, SearchesOnFromTheEndOfASearch) {
-  engine.search.maxDepth = 3;
   listener.atEnd = [this] {
-    if (listener.ends < 20) engine.search.startNext(*board);
+    if (listener.ends < 20) startNext({.depth = 3});
   };
-  engine.search.start(*board, true);
+  start({.depth = 3});
   while (listener.ends < 20) waitForEnd();
   engine.search.stopAndWait();
   EXPECT_EQ(listener.ends, 20);
@@ -154,12 +153,10 @@ TEST_F(SearchControllerTest, SearchesOnFromTheEndOfASearch) {
 TEST_F(SearchControllerTest, StopsWhatBeginsWhileItWaits) {
   for (int i = 0; i < 50; ++i) {
     const int before = listener.ends;
-    engine.search.maxDepth = 1;
     listener.atEnd = [this, before] {
-      engine.search.maxDepth = 0;  // for ever
-      if (listener.ends == before + 1) engine.search.startNext(*board);
+      if (listener.ends == before + 1) startNext();  // for ever
     };
-    engine.search.start(*board, true);
+    start({.depth = 1});
     if (i % 2 == 0) waitForEnd();
     engine.search.stopAndWait();
     EXPECT_EQ(listener.ends, before + 2);
@@ -168,26 +165,26 @@ TEST_F(SearchControllerTest, StopsWhatBeginsWhileItWaits) {
 
 TEST_F(SearchControllerTest, LogsNothingWhenItIsQuiet) {
   LogCapture log;
-  engine.search.quiet = true;
-  engine.searchTo(4, *board);
-  EXPECT_EQ(log.text(), "");
-  engine.search.quiet = false;
-  engine.searchTo(4, *board);
+  search({.depth = 4});
   for (const char* part : {"eval=", "nodes  : i=", "\ninodes : pv=", "\ntt     : probes=",
                            "\norder  : 1stpv=", "\nkillers: ", "\nnull   : ", "\niid    : ",
                            "\nreduce :  tries=", "\nsmp    : splits=", "\nmaster :"}) {
     EXPECT_TRUE(log.has(part)) << part;
   }
+  const std::string before = log.text();
+  engine.search.silence();
+  search({.depth = 4});
+  EXPECT_EQ(log.text(), before);
 }
 
 // Without a thread of its own a search runs on the caller's.
 TEST(SearchControllerBoot, StartsTheThreadsOnce) {
   UnbootedEngine engine;
   engine.search.stopAndWait();
-  engine.search.maxDepth = 3;
-  engine.search.start(*boardOf(MIDDLEGAMES[0]), true);
+  SearchObserver observer;
+  engine.search.start(*boardOf(MIDDLEGAMES[0]), {.depth = 3}, observer);
   EXPECT_TRUE(engine.search.isIdle());
-  EXPECT_EQ(engine.search.depth(), 3);
+  EXPECT_EQ(engine.search.report().depth, 3);
   engine.search.setThreads(3);
   LogCapture log;
   engine.search.boot();

@@ -13,7 +13,6 @@
 #include "board/make_move.h"
 #include "board/notation.h"
 #include "egbb/bitbases.h"
-#include "search/search_clock.h"
 #include "search/search_controller.h"
 #include "search/search_state.h"
 #include "search/tt.h"
@@ -67,27 +66,27 @@ class LogCapture {
   std::FILE* stream_;
 };
 
-// What every search needs. There is no time limit unless one is set.
+// What every search needs.
 struct SearchParts : Silence {
-  SearchParts() { clock.setInfinite(true); }
-
   Tt tt{1024};
   Bitbases bitbases;
-  SearchClock clock;
 };
 
 // A main search thread that is used without a controller.
 struct TestThread : SearchParts {
-  TestThread() { thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE); }
+  TestThread() {
+    thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+    state.clock.start({.infinite = true});
+  }
 
-  SearchState state{tt, bitbases, clock};
+  SearchState state{tt, bitbases};
   SearchThread& thread = state.mainThread();
   Board& board = thread.board;
 };
 
 // A search controller before it is booted.
 struct UnbootedEngine : SearchParts {
-  SearchController search{tt, bitbases, clock};
+  SearchController search{tt, bitbases};
 };
 
 struct TestEngine : UnbootedEngine {
@@ -96,16 +95,12 @@ struct TestEngine : UnbootedEngine {
     search.boot();
   }
 
-  // Searches to that depth and no further, on this thread.
-  Score searchTo(int depth, const Board& board) {
-    search.maxDepth = depth;
-    search.start(board, false);
-    return search.bestScore();
-  }
-  // As in a game, where a search ends when there is no more to find.
-  void play() {
-    clock.setMoveTime(600000);
-    clock.setInfinite(false);
+  // Searches to that depth and no further, on this thread. In a game, a search ends when there is
+  // no more to find.
+  SearchReport searchTo(int depth, const Board& board, bool inGame = false) {
+    SearchObserver observer;
+    search.search(board, {.depth = depth, .infinite = !inGame}, observer);
+    return search.report();
   }
 };
 

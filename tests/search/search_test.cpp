@@ -25,11 +25,10 @@ void expectLegal(const Board& root, std::span<const Move> line) {
   }
 }
 
-void expectPlayableLine(const SearchController& search, const Board& root) {
-  const auto line = search.principalVariation();
-  ASSERT_FALSE(line.empty());
-  EXPECT_EQ(line[0], search.bestMove());
-  expectLegal(root, line);
+void expectPlayableLine(const SearchReport& report, const Board& root) {
+  ASSERT_FALSE(report.line.moves().empty());
+  EXPECT_EQ(report.line[0], report.bestMove);
+  expectLegal(root, report.line.moves());
 }
 
 struct MateCase {
@@ -62,13 +61,13 @@ constexpr MateCase MATES[] = {
 
 void expectMates(int threads, std::span<const MateCase> mates) {
   TestEngine engine(threads);
-  engine.play();
   for (const auto& [fen, moves] : mates) {
     const auto board = boardOf(fen);
     engine.tt.clear();
-    EXPECT_EQ(engine.searchTo(20, *board), moves > 0 ? 30001 - 2 * moves : -30000 - 2 * moves)
+    const SearchReport report = engine.searchTo(20, *board, true);
+    EXPECT_EQ(report.score, moves > 0 ? 30001 - 2 * moves : -30000 - 2 * moves)
         << fen << ", " << threads << " threads";
-    expectPlayableLine(engine.search, *board);
+    expectPlayableLine(report, *board);
   }
 }
 
@@ -89,7 +88,7 @@ TEST(SearchTest, FindsTheDraw) {
   };
   for (const auto& [what, fen, depth] : cases) {
     TestEngine engine;
-    EXPECT_EQ(engine.searchTo(depth, *boardOf(fen)), 0) << what;
+    EXPECT_EQ(engine.searchTo(depth, *boardOf(fen)).score, 0) << what;
   }
 }
 
@@ -100,9 +99,9 @@ TEST(SearchTest, KnowsTheFiftyMoveRule) {
   for (int i = 0; i < 24; ++i) play(*board, {"b1b2", "h8h7", "b2b1", "h7h8"});
   play(*board, {"b1b2", "h8h7", "b2b1"});
   play(*board, {"h7g8"});
-  engine.searchTo(3, *board);
-  EXPECT_GT(engine.search.bestScore(), 500);
-  EXPECT_EQ(board->at(engine.search.bestMove().from()).type(), PAWN);
+  const SearchReport report = engine.searchTo(3, *board);
+  EXPECT_GT(report.score, 500);
+  EXPECT_EQ(board->at(report.bestMove.from()).type(), PAWN);
 }
 
 TEST(SearchTest, StopsEarlyWhenThereIsNothingToDecide) {
@@ -114,10 +113,8 @@ TEST(SearchTest, StopsEarlyWhenThereIsNothingToDecide) {
                {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - -", "(optimal)\n", 5}};
   for (const auto& [fen, reason, depth] : cases) {
     TestEngine engine;
-    engine.play();
     LogCapture log;
-    engine.searchTo(30, *boardOf(fen));
-    EXPECT_LE(engine.search.depth(), depth) << fen;
+    EXPECT_LE(engine.searchTo(30, *boardOf(fen), true).depth, depth) << fen;
     EXPECT_TRUE(log.has(reason)) << fen;
   }
 }
@@ -129,11 +126,13 @@ TEST(SearchTest, IsDeterministic) {
     const auto board = boardOf(fen);
     TestEngine fresh;
     used.tt.clear();
-    EXPECT_EQ(used.searchTo(6, *board), fresh.searchTo(6, *board)) << fen;
-    EXPECT_EQ(used.search.nodes(), fresh.search.nodes()) << fen;
-    EXPECT_EQ(used.search.bestMove(), fresh.search.bestMove()) << fen;
-    expectPlayableLine(used.search, *board);
-    EXPECT_EQ(used.search.ponderMove(), used.search.principalVariation()[1]) << fen;
+    const SearchReport report = used.searchTo(6, *board);
+    const SearchReport other = fresh.searchTo(6, *board);
+    EXPECT_EQ(report.score, other.score) << fen;
+    EXPECT_EQ(report.nodes, other.nodes) << fen;
+    EXPECT_EQ(report.bestMove, other.bestMove) << fen;
+    expectPlayableLine(report, *board);
+    EXPECT_EQ(report.ponderMove(), report.line[1]) << fen;
   }
 }
 
@@ -163,8 +162,9 @@ TEST(SearchTest, SearchesAfterAThousandPlies) {
   const auto board = boardOf("6k1/8/8/3r4/8/8/4R3/6K1 w - -");
   for (int i = 0; i < 250; ++i) play(*board, {"e2f2", "d5c5", "f2e2", "c5d5"});
   EXPECT_EQ(board->gamePly(), 1000U);
-  EXPECT_EQ(engine.searchTo(6, *board), 0);
-  expectLegal(*board, engine.search.principalVariation());
+  const SearchReport report = engine.searchTo(6, *board);
+  EXPECT_EQ(report.score, 0);
+  expectLegal(*board, report.line.moves());
 }
 
 TEST(StatisticsTest, WritesProgressLines) {

@@ -30,18 +30,15 @@ namespace ombrin {
 namespace {
 
 struct Listener : SearchObserver {
-  void finished(int, Score, Move) override { ended.set(); }
-  void reportIteration(int, Score, Move) override { ++reports; }
-  void reportCurrentMove(int, int, Move) override { ++reports; }
+  void finished(const SearchReport&) override { ended.set(); }
+  void reportBestLine(const SearchReport&) override { ++reports; }
+  void reportCurrentMove(const RootMoveReport&) override { ++reports; }
   Event ended;
   std::atomic<int> reports{0};
 };
 
 struct Soak {
-  explicit Soak(std::uint64_t milliseconds) : maxStop(milliseconds) {
-    search.setListener(&listener);
-    search.boot();
-  }
+  explicit Soak(std::uint64_t milliseconds) : maxStop(milliseconds) { search.boot(); }
 
   void run(std::uint64_t until) {
     while (tickCount() < until && good) round();
@@ -69,11 +66,11 @@ struct Soak {
     ++searches;
     Board board;
     setFen(board, BENCH_POSITIONS[random() % BENCH_POSITIONS.size()]);
-    clock.setMoveTime(static_cast<int>(random() % 60));
+    SearchLimits limits{.moveTime = static_cast<int>(random() % 60)};
     const auto way = random() % 4;
-    clock.setInfinite(way != 3);
+    limits.infinite = way != 3;
     listener.ended.reset();
-    search.start(board, true);
+    search.start(board, limits, listener);
     if (way == 3) {
       ++leftAlone;
       listener.ended.wait();
@@ -81,7 +78,7 @@ struct Soak {
       std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
       if (way == 2) {
         ++ponderhits;
-        search.ponderhit();
+        search.ponderhit(limits);
         if (random() % 2 == 0) listener.ended.wait();
       }
     }
@@ -90,7 +87,7 @@ struct Soak {
     const std::uint64_t took = tickCount() - before;
     if (way != 3) stops.push_back(static_cast<int>(took));
     if (took > maxStop) fail("a stop took too long");
-    if (!isMove(board, search.bestMove(), board.lastMove())) fail("no legal move");
+    if (!isMove(board, search.report().bestMove, board.lastMove())) fail("no legal move");
   }
 
   // Asleep, the process may not use the processor.
@@ -117,8 +114,7 @@ struct Soak {
   Listener listener;
   Tt tt;
   Bitbases bitbases;
-  SearchClock clock;
-  SearchController search{tt, bitbases, clock};
+  SearchController search{tt, bitbases};
 };
 
 }  // namespace
