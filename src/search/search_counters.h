@@ -13,7 +13,7 @@ struct SearchCounters {
   Counter pnodes;  // moves pruned without a search
 
   Counter pvnodes;   // nodes with an exact score
-  Counter cutnodes;  // nodes that failed high, those by a null move aside
+  Counter cutnodes;  // fail highs by the hash move or one of the picker's, at split nodes too
   Counter allnodes;  // nodes that failed low
   Counter endnodes;  // nodes without a legal move
 
