@@ -14,7 +14,6 @@ using namespace ombrin;
 
 namespace {
 
-constexpr int KNOWN_WIN = 3000;
 constexpr int LARGEST_SCORE = 9000;
 constexpr int MOST_MEN = 3;  // beside the kings
 
@@ -52,7 +51,7 @@ void check(const Bitbases& bitbases, const Board& board) {
     require(isUnlike || winScore(twin, ~color) == score, "a win does not know colours");
     require(!hasPawns || score == 0, "a pawn's win has no score");
     if (hasPawns || men > MOST_MEN || board.material(color).men() == 0) continue;
-    require(score > KNOWN_WIN && score < LARGEST_SCORE, "a win looks like one, not like a mate");
+    require(score > WIN_BOUND && score < LARGEST_SCORE, "a win looks like one, not like a mate");
   }
   if (board.hasEnPassant()) return;
   const std::optional<Score> score = bitbases.probe(board);

@@ -146,9 +146,4 @@ class Piece {
 inline constexpr Piece EMPTY{};
 inline constexpr Piece OFF_BOARD{192};
 
-// The kinds of the two pawns, for tests of a single square.
-constexpr int pawnKind(Color color) {
-  return color == WHITE ? 65 : 130;
-}
-
 }  // namespace ombrin

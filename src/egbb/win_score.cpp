@@ -59,6 +59,9 @@ bool isBishopAndKnight(Material material) {
   return material == both;
 }
 
+// Far enough beyond the bound that nothing which makes a win look hard leads back to it.
+constexpr int BASE = WIN_BOUND.value() + 2000;
+
 // How well the losing king keeps away from where it is mated.
 int escape(const Board& board, Color winner, Square losingKing) {
   if (!isBishopAndKnight(board.material(winner))) return 2 * valueOn(CENTRE, losingKing);
@@ -76,7 +79,7 @@ Score winScore(const Board& board, Color winner) {
   const Material own = board.material(winner);
   const Material other = board.material(loser);
   if (own.pawns() != 0 || other.pawns() != 0) return 0;
-  int score = 5000 + 100 * (own.units() - other.units()) - 100 * other.pieces();
+  int score = BASE + 100 * (own.units() - other.units()) - 100 * other.pieces();
 
   const Square winningKing = board.kingSquare(winner);
   const Square losingKing = board.kingSquare(loser);

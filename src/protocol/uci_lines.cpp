@@ -13,14 +13,12 @@ using Count = unsigned long long;
 constexpr std::uint64_t LONG_ENOUGH_FOR_SPEED = 99;
 
 void appendScore(std::string& line, Score score) {
-  constexpr int MATE_BOUND = 29000;
-  const int value = score.value();
-  if (value > MATE_BOUND) {
-    append(line, " score mate %i", (MATE.value() + 1 - value) / 2);
-  } else if (value < -MATE_BOUND) {
-    append(line, " score mate -%i", (value + MATE.value()) / 2);
+  if (score > MATE_BOUND) {
+    append(line, " score mate %i", score.movesToMate());
+  } else if (score < -MATE_BOUND) {
+    append(line, " score mate -%i", -score.movesToMate());
   } else {
-    append(line, " score cp %i", value);
+    append(line, " score cp %i", score.value());
   }
 }
 

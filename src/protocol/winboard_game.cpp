@@ -217,7 +217,6 @@ void WinboardFrontEnd::finished(const SearchReport& report) {
 }
 
 void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
-  constexpr Score MATING_MOVE = MATE.value() - 2;  // above it, the move itself mates
   const Color side = control_.board().side;
   if (report.bestMove.isNull()) {
     if (report.score == DRAW) {
@@ -230,7 +229,7 @@ void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
   const Move move = onGameBoard(report.bestMove);
   if (!makeMoveOnBoard(move)) return;
   send("move %s\n", moveToCoordinates(move).c_str());
-  if (report.score > MATING_MOVE) {
+  if (report.score >= Score::mateIn(1)) {
     announceWin(side);
   } else {
     note("finished(): think again\n");

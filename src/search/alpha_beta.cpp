@@ -46,7 +46,7 @@ std::optional<Score> probeBitbases(SearchThread& thread, int ply, Score alpha, S
   if (!answer) return std::nullopt;
   if (lastMove.isCheck() && *answer < -WIN_BOUND) {
     Move* const room = thread.moveRoom(ply).data();
-    if (genEvasions(thread.board, room, lastMove) == room) return matedIn(ply);
+    if (genEvasions(thread.board, room, lastMove) == room) return Score::matedIn(ply);
   }
   const Score score = answer->relativeToRoot(ply);
   const Bound bound = score <= alpha ? TT_UPPER : score >= beta ? TT_LOWER : TT_EXACT;
@@ -383,7 +383,7 @@ Score alphaBeta(SearchThread& thread, int ply, Score alpha, Score beta, int dept
   // Step 16. Mate or stalemate.
   if (searched == 0) {
     ++counters.endnodes;
-    return inCheck ? matedIn(ply) : DRAW;
+    return inCheck ? Score::matedIn(ply) : DRAW;
   }
 
   // Step 17. A fail low that one ply more may mend.

@@ -13,11 +13,6 @@
 
 namespace ombrin {
 
-// Scores from here on are mates; a mate against the side to move at the root's ply is -30000.
-inline constexpr Score MATE_BOUND = 29000;
-// Scores from here on are known wins; null moves, futility and bitbase draws stay below.
-inline constexpr Score WIN_BOUND = 3000;
-
 // When the opponent has just taken back the move before his last one, the side to move can do the
 // same and have the position repeated. The null move when it is not so, or when the returned piece
 // stands in the way.
@@ -43,7 +38,7 @@ inline int pliesToRepetition(const Board& board, int from) {
   return 0;
 }
 
-// Is the node a draw by the fifty-move rule, for want of material, or by repetition? Below ply 3
+// Is the node a draw by the fifty-move rule, for want of material, or by repetition? Beyond ply 3
 // one earlier occurrence of the position is enough.
 inline bool isDraw(const Board& board, int ply) {
   if (board.reversiblePlies() > 99) return true;
@@ -62,11 +57,11 @@ inline bool isDraw(const Board& board, int ply) {
 // No line from here can be better than a mate by the next move or worse than being mated now.
 // Raises alpha, or returns the score of a node that this decides.
 inline std::optional<Score> pruneByMateDistance(int ply, bool inCheck, Score& alpha, Score beta) {
-  const Score best = 29999 - ply;
+  const Score best = Score::mateIn(ply + 1);
   if (alpha > MATE_BOUND && alpha >= best) return best;
   if (beta < -MATE_BOUND) {
-    const Score later = ply - 29998;
-    const Score bound = inCheck && alpha < later ? matedIn(ply) : later;
+    const Score later = Score::matedIn(ply + 2);
+    const Score bound = inCheck && alpha < later ? Score::matedIn(ply) : later;
     if (beta <= bound) return bound;
     alpha = std::max(alpha, bound);
   }

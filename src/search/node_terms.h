@@ -21,7 +21,7 @@ struct NodeTerms {
   Move lastMove;                 // the move that led to the node
   int depth = 0;                 // of the node
   int newDepth = 0;              // of its children
-  Score futility = 30000;        // the most that a quiet move can be expected to reach
+  Score futility = MATE;         // the most that a quiet move can be expected to reach
   bool mayReduce = false;        // are late moves searched with less depth?
   Square threatSquare{8};        // where the opponent threatens to move; off the board when unknown
   std::uint8_t passedFiles = 0;  // files with a passed pawn of the side to move

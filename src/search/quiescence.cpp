@@ -178,7 +178,7 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
   // Step 12. Mate, stalemate, or a result to keep.
   if (best == -MATE) {
     ++counters.endnodes;
-    return inCheck ? matedIn(ply) : DRAW;
+    return inCheck ? Score::matedIn(ply) : DRAW;
   }
   storeNode(thread, ply, storedDepth, bestMove, best, best <= oldAlpha ? TT_UPPER : TT_EXACT);
   return best;

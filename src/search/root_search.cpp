@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <span>
 #include <string>
 
@@ -131,7 +130,7 @@ std::string reasonToEnd(SearchState& state, int depth) {
   const SearchClock& clock = state.clock;
   if (state.stopIfSpent()) return "stopped\n";
   if (clock.isInfinite()) return "";
-  if (depth + 1 >= 30000 - std::abs(state.bestScore.value())) return "(optimal)\n";
+  if (depth + 1 >= state.bestScore.pliesToMate()) return "(optimal)\n";
   if (state.rootMoves.size() == 1 && depth > 1) return "single move\n";
   if (clock.iterationTimeout()) return "iteration timeout\n";
   return "";

@@ -19,7 +19,7 @@ struct SearchReport {
   PvLine line = {};           // empty when no move has been searched
 
   // The reply to expect; null when there is none.
-  Move ponderMove() const { return line[0] && score > -29998 ? line[1] : NULL_MOVE; }
+  Move ponderMove() const { return line[0] && score > Score::matedIn(2) ? line[1] : NULL_MOVE; }
 };
 
 // The root move that is searched next.

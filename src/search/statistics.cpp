@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 
 #include "platform/printf_format.h"
@@ -105,11 +104,10 @@ std::string progressLine(const SearchState& state, std::uint64_t milliseconds, S
   const ShortCount nodes = shortCount(state.nodes());
   append(text, "%8" PRIi64 "%c", nodes.value, nodes.unit);
 
-  const int value = score.value();
-  if (std::abs(value) > 28999) {
-    append(text, "     %+3i#", (value > 0 ? 30001 - value : -30000 - value) / 2);
+  if (score >= MATE_BOUND || score <= -MATE_BOUND) {
+    append(text, "     %+3i#", score.movesToMate());
   } else {
-    append(text, "%8i ", value);
+    append(text, "%8i ", score.value());
   }
   text += ' ';
   text += suffix;

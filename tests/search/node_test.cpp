@@ -120,14 +120,14 @@ TEST_F(NodeTest, BelievesTheTableWhereItMay) {
 }
 
 TEST_F(NodeTest, SeesTheEndInQuiescence) {
-  const auto score = [this](const std::string& fen, int alpha, int beta) {
+  const auto score = [this](const std::string& fen, Score alpha, Score beta) {
     const Move last = setUp(fen);
     return quiesce(thread, 4, alpha, beta, QUIESCENCE_BUDGET, last);
   };
-  EXPECT_EQ(score("8/8/8/8/8/5k2/5p2/5K2 w - -", -30000, 30000), 0);
-  EXPECT_EQ(score("k7/8/8/p1p5/P1P5/8/5q2/7K w - -", -30000, 30000), 0);
-  EXPECT_EQ(score("6k1/8/8/8/8/8/5PPP/3r2K1 w - -", -30000, 30000), 4 - 30000);
-  EXPECT_EQ(score("6k1/5ppp/8/8/8/8/5PPP/6K1 w - -", -29500, -29400), -29000);
+  EXPECT_EQ(score("8/8/8/8/8/5k2/5p2/5K2 w - -", -MATE, MATE), DRAW);
+  EXPECT_EQ(score("k7/8/8/p1p5/P1P5/8/5q2/7K w - -", -MATE, MATE), DRAW);
+  EXPECT_EQ(score("6k1/8/8/8/8/8/5PPP/3r2K1 w - -", -MATE, MATE), Score::matedIn(4));
+  EXPECT_EQ(score("6k1/5ppp/8/8/8/8/5PPP/6K1 w - -", -29500, -29400), -MATE_BOUND);
 }
 
 // In check, with nothing but a quiet king move: hopeless when the static score is too far below.

@@ -111,8 +111,9 @@ TEST_F(SearchControllerTest, EndsAPonderedSingleReplyAtOnce) {
 TEST_F(SearchControllerTest, EndsAtOnceWithoutALegalMove) {
   const struct {
     const char* fen;
-    int score;
-  } cases[] = {{"7k/5Q2/6K1/8/8/8/8/8 b - -", 0}, {"7k/6Q1/6K1/8/8/8/8/8 b - -", -30000}};
+    Score score;
+  } cases[] = {{"7k/5Q2/6K1/8/8/8/8/8 b - -", DRAW},
+               {"7k/6Q1/6K1/8/8/8/8/8 b - -", Score::matedIn(0)}};
   for (const auto& [fen, score] : cases) {
     board = boardOf(fen);
     search({.depth = 5});

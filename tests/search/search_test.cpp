@@ -65,7 +65,7 @@ void expectMates(int threads, std::span<const MateCase> mates) {
     const auto board = boardOf(fen);
     engine.tt.clear();
     const SearchReport report = engine.searchTo(20, *board, true);
-    EXPECT_EQ(report.score, moves > 0 ? 30001 - 2 * moves : -30000 - 2 * moves)
+    EXPECT_EQ(report.score, moves > 0 ? Score::mateIn(2 * moves - 1) : Score::matedIn(-2 * moves))
         << fen << ", " << threads << " threads";
     expectPlayableLine(report, *board);
   }
