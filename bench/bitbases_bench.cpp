@@ -26,9 +26,7 @@ std::vector<std::unique_ptr<Board>> wander(std::string_view fen) {
   Board board;
   setFen(board, fen);
   for (int dice = 0; boards.size() < COUNT; ++dice) {
-    std::array<Move, MAX_MOVES> moves;
-    const Move* end = genLegal(board, moves.data(), board.lastMove());
-    const std::span<const Move> legal(moves.data(), end);
+    const MoveList legal = legalMoves(board);
     const Move move = legal.empty() ? Move() : legal[random() % legal.size()];
     if (move.isNull() || dice % 50 == 0) {
       setFen(board, fen);
@@ -37,7 +35,6 @@ std::vector<std::unique_ptr<Board>> wander(std::string_view fen) {
     if (move.isCapture() || move.isPromotion()) continue;
     const SavedState saved = board.save();
     const Move made = makeMove(board, move);
-    if (made.isNull()) continue;
     // The next moves depend on whether this one gives check.
     unmakeMove(board, move, saved);
     makeMove(board, made);

@@ -42,7 +42,7 @@ void perft(benchmark::State& state) {
 }
 BENCHMARK(perft)->Arg(0)->Arg(22)->Arg(30)->Unit(benchmark::kMillisecond);
 
-using Generator = Move*(Board&, Move*);
+using Generator = Move*(const Board&, Move*);
 
 void generate(benchmark::State& state, Generator* generator) {
   const auto boards = benchBoards();
@@ -80,13 +80,12 @@ BENCHMARK(generateEvasions);
 template <typename Visitor>
 void forEveryMove(benchmark::State& state, Visitor visit) {
   const auto boards = benchBoards();
-  std::array<Move, MAX_MOVES> moves;
   std::int64_t count = 0;
   for (auto _ : state) {
     for (const auto& board : boards) {
-      const Move* const end = genMoves(*board, moves.data());
-      for (const Move* move = moves.data(); move != end; ++move) visit(*board, *move);
-      count += end - moves.data();
+      const MoveList moves = pseudoLegalMoves(*board, NULL_MOVE);
+      for (const Move move : moves) visit(*board, move);
+      count += static_cast<std::int64_t>(moves.size());
     }
   }
   countPer(state, "per_move", count);

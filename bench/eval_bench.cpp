@@ -33,18 +33,11 @@ struct Position {
   explicit Position(std::string_view fen) : evaluator(board) {
     setFen(board, fen);
     evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
-    std::array<Move, MAX_MOVES> all;
-    const Move* end = genLegal(board, all.data(), board.lastMove());
-    const SavedState saved = board.save();
-    for (const Move* move = all.data(); move != end; ++move) {
-      if (makeMove(board, *move).isNull()) continue;
-      unmakeMove(board, *move, saved);
-      moves.push_back(*move);
-    }
+    moves = legalMoves(board);
   }
   Board board;
   Evaluator evaluator;
-  std::vector<Move> moves;
+  MoveList moves;
 };
 
 // Calls visit(Position&) after every move.

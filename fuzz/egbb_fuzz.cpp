@@ -70,11 +70,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!setFen(board, takeLine(text))) return 0;
   check(tables.bitbases, board);
   for (const char byte : text.substr(0, 64)) {
-    std::array<Move, MAX_MOVES> legal;
-    const auto count = static_cast<std::size_t>(legalMoves(board, legal.data()) - legal.data());
-    if (count == 0) return 0;
+    const MoveList legal = legalMoves(board);
+    if (legal.empty()) return 0;
     board.makeRoom();
-    const Move made = makeMove(board, legal[static_cast<unsigned char>(byte) % count]);
+    const Move made = makeMove(board, legal[static_cast<unsigned char>(byte) % legal.size()]);
     board.moveHistory[board.ply - 1] = made;  // with its check flags
     check(tables.bitbases, board);
   }

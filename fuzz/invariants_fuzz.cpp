@@ -30,19 +30,17 @@ struct Searcher {
 };
 
 void checkUnmaking(Board& board) {
-  std::array<Move, MAX_MOVES> moves;
-  const Move* const end = genLegal(board, moves.data(), board.lastMove());
   static Board before;
   before.copyFrom(board);
   const SavedState saved = board.save();
-  for (const Move* move = moves.data(); move != end; ++move) {
-    if (makeMove(board, *move).isNull()) continue;
+  for (const Move move : legalMoves(board)) {
+    makeMove(board, move);
     require(board.hash == board.computeHash(), "the key is right after a move");
     require(board.phash == board.computePawnHash(), "the pawn key is right after a move");
     for (const Color color : {WHITE, BLACK}) {
       require(board.material(color) == board.computeMaterial(color), "material is right");
     }
-    unmakeMove(board, *move, saved);
+    unmakeMove(board, move, saved);
     require(board.hash == before.hash && board.phash == before.phash, "unmaking restores keys");
     require(board.squares == before.squares, "unmaking restores squares");
     require(board.pieceSquare == before.pieceSquare, "unmaking restores lists");
@@ -82,8 +80,7 @@ void checkEvaluation(const Board& board) {
 
 void checkSearch(Board& board) {
   static Searcher searcher;
-  std::array<Move, MAX_MOVES> legal;
-  const bool hasMove = legalMoves(board, legal.data()) != legal.data();
+  const bool hasMove = !legalMoves(board).empty();
   searcher.tt.clear();
   searcher.search.search(board, {.depth = 3, .infinite = true}, searcher.observer);
   const Move best = searcher.search.report().bestMove;
@@ -102,10 +99,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const char byte : text.substr(0, 64)) {
     checkUnmaking(board);
     checkEvaluation(board);
-    std::array<Move, MAX_MOVES> legal;
-    const auto count = static_cast<std::size_t>(legalMoves(board, legal.data()) - legal.data());
-    if (count == 0) return 0;
-    const Move made = makeMove(board, legal[static_cast<unsigned char>(byte) % count]);
+    const MoveList legal = legalMoves(board);
+    if (legal.empty()) return 0;
+    const Move made = makeMove(board, legal[static_cast<unsigned char>(byte) % legal.size()]);
     board.moveHistory[board.ply - 1] = made;  // with its check flags
     checkBoard(board, "fuzz", board.lastMove());
   }

@@ -14,23 +14,23 @@ using namespace ombrin;
 namespace {
 
 void checkMoves(Board& board) {
-  std::array<Move, MAX_MOVES> moves;
-  const Move* end = genLegal(board, moves.data(), board.lastMove());
   const SavedState saved = board.save();
   const std::uint64_t hash = board.hash;
   const auto squares = board.squares;
   const auto lists = board.pieceSquare;
-  for (const Move* move = moves.data(); move != end; ++move) {
-    require(isMove(board, *move), "a generated move is accepted");
-    see(board, board.side, *move);
-    const Move made = makeMove(board, *move);
+  const MoveList legal = legalMoves(board);
+  for (const Move move : pseudoLegalMoves(board, board.lastMove())) {
+    require(isMove(board, move), "a generated move is accepted");
+    see(board, board.side, move);
+    const Move made = makeMove(board, move);
+    require(!made == !legal.contains(move), "a legal move can be made");
     if (made) {
       checkBoard(board, "fuzz", made);
       require(board.phash == board.computePawnHash(), "the pawn key is right");
       require(!isAttacked(board, board.side, board.kingSquare(~board.side)), "the king is safe");
       require(made.isCheck() == isAttacked(board, ~board.side, board.kingSquare(board.side)),
               "the check flags are right");
-      unmakeMove(board, *move, saved);
+      unmakeMove(board, move, saved);
     }
     require(board.hash == hash && board.squares == squares && board.pieceSquare == lists,
             "unmaking restores the board");

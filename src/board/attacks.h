@@ -18,6 +18,13 @@ inline Square firstOnLine(const Board& board, Square origin, Delta step) {
   return origin;
 }
 
+// Is the first piece met from `origin` (excluded) in steps of `step` a slider of colour `by` that
+// moves along that line?
+inline bool isSliderAhead(const Board& board, Color by, Square origin, Delta step) {
+  const Piece piece = board.at(firstOnLine(board, origin, step));
+  return piece.isOf(by) && slidesOver(piece.kind(), step);
+}
+
 // Two squares on one line: are all squares between them empty?
 inline bool isLineOpen(const Board& board, Square from, Square to) {
   return firstOnLine(board, from, stepAlong(to - from)) == to;

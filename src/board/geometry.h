@@ -58,6 +58,11 @@ constexpr int attacksOver(Delta difference) {
   return geometry_tables::TABLE[128 + difference].attacks;
 }
 
+// Is the difference one that a piece of that kind slides over (or a single step of its lines)?
+constexpr bool slidesOver(int kind, Delta difference) {
+  return (kind & attacksOver(difference) & LINE_ATTACK) != 0;
+}
+
 // Do the two squares share a rank, file or diagonal?
 constexpr bool isLine(Delta difference) {
   return (attacksOver(difference) & LINE_ATTACK) != 0;

@@ -1,7 +1,4 @@
 // Validation of move words that do not come from a generator.
-#include <algorithm>
-#include <array>
-
 #include "board/attacks.h"
 #include "board/move_generation.h"
 
@@ -52,7 +49,7 @@ bool isPawnMove(const Board& board, Move move) {
 }
 
 // A move of the side to move when it is not in check.
-bool isQuietPositionMove(const Board& board, Move move) {
+bool isMoveWithoutCheck(const Board& board, Move move) {
   const Color us = board.side;
   const Square from = move.from();
   const Square to = move.to();
@@ -78,16 +75,13 @@ bool isQuietPositionMove(const Board& board, Move move) {
 
 }  // namespace
 
-bool isMove(Board& board, Move move, Move lastMove) {
+bool isMove(const Board& board, Move move, Move lastMove) {
   if (move.isNull() || (move.word() & 0xc0000000) != 0) return false;
-  if (!lastMove.isCheck()) return isQuietPositionMove(board, move);
-  std::array<Move, MAX_MOVES> evasions;
-  const Move* end = genEvasions(board, evasions.data(), lastMove);
-  return std::any_of<const Move*>(evasions.data(), end,
-                                  [move](Move evasion) { return evasion.isSameAs(move); });
+  if (lastMove.isCheck()) return pseudoLegalMoves(board, lastMove).contains(move);
+  return isMoveWithoutCheck(board, move);
 }
 
-bool isMove(Board& board, Move move) {
+bool isMove(const Board& board, Move move) {
   return isMove(board, move, board.lastMove());
 }
 

@@ -1,6 +1,7 @@
 #include "board/make_move.h"
 
 #include "board/attacks.h"
+#include "board/move_generation.h"
 #include "board/zobrist.h"
 
 namespace ombrin {
@@ -32,8 +33,14 @@ struct RookMove {
 // The rook's part of a castling.
 RookMove castlingRook(Move move) {
   const bool kingSide = move.to().number() > move.from().number();
-  return kingSide ? RookMove{move.to() + RIGHT, move.from() + RIGHT}
-                  : RookMove{move.to() - 2 * RIGHT, move.from() - RIGHT};
+  return {kingSide ? move.to() + RIGHT : move.to() - 2 * RIGHT, move.castledRook()};
+}
+
+// Enters the move into the histories.
+void record(Board& board, Move move) {
+  board.moveHistory[board.ply] = move;
+  board.hashHistory[board.ply] = board.hash;
+  ++board.ply;
 }
 
 // Puts the piece on `from` on `to`, without keys.
@@ -79,6 +86,14 @@ bool attacksKing(const Board& board, Square from, Square king) {
   return attacks(board, board.at(from).kind(), from, king);
 }
 
+// With what stood on `left` gone and the mover on `to`, does a slider of colour `by` look through
+// `left` at the king?
+bool revealsLine(const Board& board, Color by, Square king, Square left, Square to) {
+  if (!isLine(left - king)) return false;
+  const Delta step = stepAlong(left - king);
+  return stepAlong(to - king) != step && isSliderAhead(board, by, king, step);
+}
+
 // Hands the move over: the other side is to move, and the word learns what check it gives.
 Move finish(Board& board, Move move) {
   const Color mover = board.side;
@@ -87,15 +102,7 @@ Move finish(Board& board, Move move) {
   const Square from = move.from();
   const Square to = move.to();
   std::uint32_t flags = 0;
-  if (isLine(from - king)) {
-    const Delta step = stepAlong(from - king);
-    if (stepAlong(to - king) != step) {
-      const Piece first = board.at(firstOnLine(board, king, step));
-      if (first.isOf(mover) && (first.kind() & attacksOver(step) & LINE_ATTACK) != 0) {
-        flags |= Move::DISCOVERED_CHECK;
-      }
-    }
-  }
+  if (revealsLine(board, mover, king, from, to)) flags |= Move::DISCOVERED_CHECK;
   if (attacksKing(board, to, king)) flags |= Move::CHECK;
   return move.with(flags);
 }
@@ -105,10 +112,6 @@ Move makeCastling(Board& board, Move move) {
   const Square to = move.to();
   const RookMove rook = castlingRook(move);
   const Color enemy = ~board.side;
-  if (isAttacked(board, enemy, to) || isAttacked(board, enemy, rook.to)) {
-    --board.ply;
-    return NULL_MOVE;
-  }
   dropRights(board, from, from);
   const Piece king = board.at(from);
   const Piece tower = board.at(rook.from);
@@ -122,53 +125,26 @@ Move makeCastling(Board& board, Move move) {
   return check ? move.with(Move::CHECK) : move;
 }
 
-// With the captured pawn gone from `victim`, does the capturing pawn's move from `from` to `to` lay
-// the own king bare along a line through `through`?
-bool laysKingBare(const Board& board, Square king, Square through, Square from, Square to) {
-  if (!isLine(through - king)) return false;
-  const Delta step = stepAlong(through - king);
-  if (stepAlong(to - king) == step) return false;
-  Square square = firstOnLine(board, king, step);
-  if (square == from) square = firstOnLine(board, square, step);
-  const Piece slider = board.at(square);
-  return slider.isOf(~board.side) && (slider.kind() & attacksOver(step) & LINE_ATTACK) != 0;
-}
-
 Move makeEnPassant(Board& board, Move move) {
   const Square from = move.from();
   const Square to = move.to();
   const Square victim = move.enPassantVictim();
   const Color mover = board.side;
-  const Square ownKing = board.kingSquare(mover);
-  board.at(victim) = EMPTY;
-  if (laysKingBare(board, ownKing, from, from, to) ||
-      laysKingBare(board, ownKing, victim, from, to)) {
-    board.at(victim) = move.captured();
-    --board.ply;
-    return NULL_MOVE;
-  }
   const Piece pawn = board.at(from);
+  board.at(victim) = EMPTY;
   capture(board, move.captured(), victim);
   const std::uint64_t key = pieceKey(pawn, from) ^ pieceKey(pawn, to);
   board.hash ^= key;
   board.phash ^= key;
   dropEnPassant(board);
   shift(board, from, to);
-  Move made = finish(board, move);
+  const Move made = finish(board, move);
   if (made.givesDirectCheck()) return made;
 
   // The captured pawn may have masked a slider of the mover's.
   const Square king = board.kingSquare(board.side);
-  if (isLine(victim - king) && victim.rank() != king.rank()) {
-    const Delta step = stepAlong(victim - king);
-    if (stepAlong(to - king) != step) {
-      const Piece first = board.at(firstOnLine(board, king, step));
-      if (first.isOf(mover) && (first.kind() & attacksOver(step) & LINE_ATTACK) != 0) {
-        made = made.with(Move::CHECK);
-      }
-    }
-  }
-  return made;
+  const bool reveals = victim.rank() != king.rank() && revealsLine(board, mover, king, victim, to);
+  return reveals ? made.with(Move::CHECK) : made;
 }
 
 Move makePromotion(Board& board, Move move) {
@@ -190,6 +166,13 @@ Move makePromotion(Board& board, Move move) {
   return finish(board, move);
 }
 
+Move makeSpecial(Board& board, Move move) {
+  record(board, move);
+  if (move.isCastling()) return makeCastling(board, move);
+  if (move.isEnPassant()) return makeEnPassant(board, move);
+  return makePromotion(board, move);
+}
+
 void unmakePromotion(Board& board, Move move) {
   const Piece piece = board.at(move.to());
   board.pieceSquare[piece.index()] = Board::FREE;
@@ -205,15 +188,8 @@ void unmakePromotion(Board& board, Move move) {
 }  // namespace
 
 Move makeMove(Board& board, Move move) {
-  board.moveHistory[board.ply] = move;
-  board.hashHistory[board.ply] = board.hash;
-  ++board.ply;
-  if (move.isSpecial()) {
-    if (move.isCastling()) return makeCastling(board, move);
-    if (move.isEnPassant()) return makeEnPassant(board, move);
-    return makePromotion(board, move);
-  }
-
+  if (move.isSpecial()) return isLegal(board, move) ? makeSpecial(board, move) : NULL_MOVE;
+  record(board, move);
   const Square from = move.from();
   const Square to = move.to();
   dropRights(board, from, to);
@@ -267,9 +243,7 @@ void unmakeMove(Board& board, Move move, const SavedState& saved) {
 }
 
 void makeNullMove(Board& board) {
-  board.moveHistory[board.ply] = NULL_MOVE;
-  board.hashHistory[board.ply] = board.hash;
-  ++board.ply;
+  record(board, NULL_MOVE);
   board.lastIrreversible = static_cast<std::uint16_t>(board.ply);
   dropEnPassant(board);
   board.side = ~board.side;

@@ -64,6 +64,8 @@ class Move {
   constexpr Square enPassantVictim() const { return to().acrossDoubleStep(); }
   // The square on which the captured piece stands.
   constexpr Square victimSquare() const { return isEnPassant() ? enPassantVictim() : to(); }
+  // Of a castling, the square that the king passes over, where the rook goes.
+  constexpr Square castledRook() const { return from() + (to() - from()) / 2; }
 
   // The same move without its flags.
   constexpr Move identity() const { return Move(word_ & IDENTITY); }

@@ -1,47 +1,32 @@
 #include "board/move_generation.h"
 
-#include <algorithm>
-
+#include "board/attack_sets.h"
 #include "board/move_writer.h"
 
 namespace ombrin {
 
 namespace {
 
-// Takes pinned pieces off their list for as long as it lives.
-class PinnedPieces {
- public:
-  explicit PinnedPieces(Board& board) : board_(board) {}
-  PinnedPieces(const PinnedPieces&) = delete;
-  PinnedPieces& operator=(const PinnedPieces&) = delete;
-  ~PinnedPieces() {
-    for (int i = 0; i < count_; ++i) board_.pieceSquare[pieces_[i].index()] ^= 128;
+// The pinned pieces of the side to move. Calls visit(pinned square, pinner square, step from the
+// king) for every pin as it is found.
+template <typename Visitor>
+SquareSet findPins(const Board& board, Visitor&& visit) {
+  SquareSet pins;
+  const Color us = board.side;
+  const Square king = board.kingSquare(us);
+  for (const PieceType type : {BISHOP, ROOK, QUEEN}) {
+    const int kind = Piece(~us, slotRun(type).first).kind();
+    board.forEach(~us, type, [&](Piece, Square pinner) {
+      if ((kind & attacksOver(pinner - king) & LINE_ATTACK) == 0) return;
+      const Delta step = stepAlong(pinner - king);
+      const Square pinned = firstOnLine(board, king, step);
+      if (!board.at(pinned).isOf(us) || firstOnLine(board, pinned, step) != pinner) return;
+      visit(pinned, pinner, step);
+      pins |= SquareSet::of(pinned);
+    });
   }
-
-  // Calls visit(pinned square, pinner square, step from the king) for every pin as it is found.
-  template <typename Visitor>
-  void find(Visitor&& visit) {
-    const Color us = board_.side;
-    const Square king = board_.kingSquare(us);
-    for (const PieceType type : {BISHOP, ROOK, QUEEN}) {
-      const int kind = Piece(~us, slotRun(type).first).kind();
-      board_.forEach(~us, type, [&](Piece, Square pinner) {
-        if ((kind & attacksOver(pinner - king) & LINE_ATTACK) == 0) return;
-        const Delta step = stepAlong(pinner - king);
-        const Square pinned = firstOnLine(board_, king, step);
-        if (!board_.at(pinned).isOf(us) || firstOnLine(board_, pinned, step) != pinner) return;
-        visit(pinned, pinner, step);
-        pieces_[count_++] = board_.at(pinned);
-        board_.pieceSquare[board_.at(pinned).index()] ^= 128;
-      });
-    }
-  }
-
- private:
-  Board& board_;
-  std::array<Piece, 8> pieces_{};
-  int count_ = 0;
-};
+  return pins;
+}
 
 // The moves of a pinned piece along the line from its king to the pinner.
 void addPinnedMoves(const Board& board, MoveWriter& writer, Square pinned, Square pinner,
@@ -62,17 +47,15 @@ void addPinnedMoves(const Board& board, MoveWriter& writer, Square pinned, Squar
   }
 }
 
-// The king's steps, with the king lifted off the board while squares are tested, so that a slider
-// that attacks it also attacks the squares behind it.
-void addKingEscapes(Board& board, MoveWriter& writer) {
+// The king's steps. A slider that attacks the king attacks the square behind it, too.
+void addKingEscapes(const Board& board, MoveWriter& writer) {
   const Color us = board.side;
   const Square from = board.kingSquare(us);
-  board.at(from) = EMPTY;
   for (const Delta step : KING_STEPS) {
     const Square to = from + step;
-    if (board.at(to).mayBeEnteredBy(us) && !isAttacked(board, ~us, to)) writer.add(from, to);
+    if (!board.at(to).mayBeEnteredBy(us) || isAttacked(board, ~us, to)) continue;
+    if (!isSliderAhead(board, ~us, from, -step)) writer.add(from, to);
   }
-  board.at(from) = Piece::king(us);
 }
 
 // The piece that gives the check that `lastMove` describes, when it is one piece.
@@ -80,9 +63,7 @@ Square findChecker(const Board& board, Square king, Move lastMove) {
   if (!lastMove.givesDirectCheck()) {
     return firstOnLine(board, king, stepAlong(lastMove.from() - king));
   }
-  if (lastMove.isCastling()) {
-    return lastMove.from() + (lastMove.to() - lastMove.from()) / 2;
-  }
+  if (lastMove.isCastling()) return lastMove.castledRook();
   if (lastMove.isEnPassant() &&
       !attacks(board, board.at(lastMove.to()).kind(), lastMove.to(), king)) {
     return firstOnLine(board, king, stepAlong(lastMove.enPassantVictim() - king));
@@ -100,60 +81,76 @@ void addEvadingPawnMove(MoveWriter& writer, Square from, Square to) {
   }
 }
 
-// Writes the moves of free pieces onto one square, for as long as pinned ones are off their lists.
+// Writes the moves of the pieces that are not pinned onto one square.
 class EvasionTarget {
  public:
-  EvasionTarget(const Board& board, Move* out) : board_(board), out_(out) {}
-
-  Move* end() const { return out_; }
+  EvasionTarget(const Board& board, SquareSet pins, MoveWriter& writer)
+      : board_(board), pins_(pins), writer_(writer) {}
 
   void capture(Square checker, bool byEnPassant) {
-    MoveWriter writer(board_, out_);
     const Delta ahead = forward(board_.side);
     for (const Delta side : {-RIGHT, RIGHT}) {
       const Square from = checker - ahead + side;
-      if (isFreePawn(from)) addEvadingPawnMove(writer, from, checker);
+      if (isFreePawn(from)) addEvadingPawnMove(writer_, from, checker);
     }
-    if (byEnPassant) writer.addEnPassant();
-    out_ = genToSquare(board_, writer.end(), checker);
+    if (byEnPassant) writer_.addEnPassant();
+    addPieces(checker);
   }
 
   void block(Square square) {
-    MoveWriter writer(board_, out_);
     const Delta ahead = forward(board_.side);
     const Square from = square - ahead;
     if (isFreePawn(from)) {
-      addEvadingPawnMove(writer, from, square);
+      addEvadingPawnMove(writer_, from, square);
     } else if (square.relativeRank(board_.side) == 3 && board_.at(from).isEmpty() &&
                isFreePawn(from - ahead)) {
-      writer.add(from - ahead, square, Move::DOUBLE_STEP);
+      writer_.add(from - ahead, square, Move::DOUBLE_STEP);
     }
-    out_ = genToSquare(board_, writer.end(), square);
+    addPieces(square);
   }
 
  private:
   bool isFreePawn(Square square) const {
-    const Piece piece = board_.at(square);
-    return piece.isPawnOf(board_.side) && board_.squareOf(piece) == square;
+    return board_.at(square).isPawnOf(board_.side) && !pins_.contains(square);
+  }
+
+  // Knights, bishops, rooks and queens.
+  void addPieces(Square to) {
+    for (const PieceType type : {KNIGHT, BISHOP, ROOK, QUEEN}) {
+      const int kind = Piece(board_.side, slotRun(type).first).kind();
+      board_.forEach(board_.side, type, [&](Piece, Square from) {
+        const int way = kind & attacksOver(to - from) & 63;
+        if (way == 0 || pins_.contains(from)) return;
+        if ((way & LINE_ATTACK) != 0 && firstOnLine(board_, to, stepAlong(from - to)) != from) {
+          return;
+        }
+        writer_.add(from, to);
+      });
+    }
   }
 
   const Board& board_;
-  Move* out_;
+  SquareSet pins_;
+  MoveWriter& writer_;
 };
 
 }  // namespace
 
-Move* genMoves(Board& board, Move* out) {
+Move* genMoves(const Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
-  PinnedPieces pinned(board);
-  pinned.find([&](Square square, Square pinner, Delta step) {
+  const SquareSet pins = findPins(board, [&](Square square, Square pinner, Delta step) {
     addPinnedMoves(board, writer, square, pinner, step);
   });
+  const auto forEachFree = [&](PieceType type, auto&& visit) {
+    board.forEach(us, type, [&](Piece, Square from) {
+      if (!pins.contains(from)) visit(from);
+    });
+  };
   writer.addEnPassant();
   writer.addCastling();
   const Delta ahead = forward(us);
-  board.forEach(us, PAWN, [&](Piece, Square from) {
+  forEachFree(PAWN, [&](Square from) {
     writer.addPawnCaptures(from);
     if ((from + ahead).relativeRank(us) != 7) {
       writer.addPawnSteps(from);
@@ -161,14 +158,14 @@ Move* genMoves(Board& board, Move* out) {
       writer.addPromotions(from, from + ahead);
     }
   });
-  board.forEach(us, KNIGHT, [&](Piece, Square from) {
+  forEachFree(KNIGHT, [&](Square from) {
     for (const Delta step : KNIGHT_STEPS) {
       if (board.at(from + step).mayBeEnteredBy(us)) writer.add(from, from + step);
     }
   });
-  board.forEach(us, BISHOP, [&](Piece, Square from) { writer.addSlides(from, BISHOP_ORDER); });
-  board.forEach(us, ROOK, [&](Piece, Square from) { writer.addSlides(from, ROOK_ORDER); });
-  board.forEach(us, QUEEN, [&](Piece, Square from) { writer.addSlides(from, QUEEN_ORDER); });
+  forEachFree(BISHOP, [&](Square from) { writer.addSlides(from, BISHOP_ORDER); });
+  forEachFree(ROOK, [&](Square from) { writer.addSlides(from, ROOK_ORDER); });
+  forEachFree(QUEEN, [&](Square from) { writer.addSlides(from, QUEEN_ORDER); });
   const Square king = board.kingSquare(us);
   for (const Delta step : KING_STEPS) {
     const Square to = king + step;
@@ -177,44 +174,57 @@ Move* genMoves(Board& board, Move* out) {
   return writer.end();
 }
 
-Move* genEvasions(Board& board, Move* out, Move lastMove) {
+Move* genEvasions(const Board& board, Move* out, Move lastMove) {
   const Square king = board.kingSquare(board.side);
-  Move* end = out;
+  MoveWriter writer(board, out);
   if (!lastMove.isDoubleCheck()) {
-    PinnedPieces pinned(board);
-    pinned.find([](Square, Square, Delta) {});
+    const SquareSet pins = findPins(board, [](Square, Square, Delta) {});
     const Square checker = findChecker(board, king, lastMove);
-    EvasionTarget target(board, end);
+    EvasionTarget target(board, pins, writer);
     const bool doubleStepChecks = lastMove.isDoubleStep() && lastMove.to() == checker;
     target.capture(checker, doubleStepChecks);
     const Delta step = stepAlong(king - checker);
     for (Square square = checker + step; square != king; square += step) target.block(square);
-    end = target.end();
   }
-  MoveWriter writer(board, end);
   addKingEscapes(board, writer);
   return writer.end();
 }
 
-Move* genLegal(Board& board, Move* out, Move lastMove) {
-  return lastMove.isCheck() ? genEvasions(board, out, lastMove) : genMoves(board, out);
+MoveList pseudoLegalMoves(const Board& board, Move lastMove) {
+  MoveList moves;
+  if (lastMove.isCheck()) {
+    moves.append([&](Move* out) { return genEvasions(board, out, lastMove); });
+  } else {
+    moves.append([&](Move* out) { return genMoves(board, out); });
+  }
+  return moves;
 }
 
-Move* genToSquare(const Board& board, Move* out, Square square) {
-  MoveWriter writer(board, out);
-  for (const PieceType type : {KNIGHT, BISHOP, ROOK, QUEEN}) {
-    const int kind = Piece(board.side, slotRun(type).first).kind();
-    board.forEach(board.side, type, [&](Piece, Square from) {
-      const int way = kind & attacksOver(square - from) & 63;
-      if (way == 0) return;
-      if ((way & LINE_ATTACK) != 0 &&
-          firstOnLine(board, square, stepAlong(from - square)) != from) {
-        return;
-      }
-      writer.add(from, square);
-    });
-  }
-  return writer.end();
+MoveList legalMoves(const Board& board, Move lastMove) {
+  MoveList moves = pseudoLegalMoves(board, lastMove);
+  moves.removeIf([&board](Move move) { return !isLegal(board, move); });
+  return moves;
+}
+
+MoveList legalMoves(const Board& board) {
+  return legalMoves(board, board.lastMove());
+}
+
+bool isLegalCastling(const Board& board, Move move) {
+  return !isAttacked(board, ~board.side, move.to()) &&
+         !isAttacked(board, ~board.side, move.castledRook());
+}
+
+bool isLegalEnPassant(const Board& board, Move move) {
+  SquareSet occupied = board.occupied();
+  occupied ^= SquareSet::of(move.from()) | SquareSet::of(move.enPassantVictim());
+  occupied |= SquareSet::of(move.to());
+  const auto king = static_cast<unsigned>(board.kingSquare(board.side).index64());
+  const SquareSet enemies = board.byColor[~board.side];
+  const SquareSet diagonal = enemies & (board.byType[BISHOP] | board.byType[QUEEN]);
+  const SquareSet straight = enemies & (board.byType[ROOK] | board.byType[QUEEN]);
+  return (bishopReach(king, occupied) & diagonal).empty() &&
+         (rookReach(king, occupied) & straight).empty();
 }
 
 }  // namespace ombrin

@@ -1,6 +1,5 @@
 #include "board/notation.h"
 
-#include <array>
 #include <optional>
 
 #include "board/make_move.h"
@@ -103,6 +102,13 @@ bool matches(const Board& board, Move move, const MoveDescription& text) {
   return text.castlingMarks == 0 || move.isCastling();
 }
 
+// The legal move as makeMove returns it.
+Move withCheckFlags(const Board& board, Move move) {
+  Board after;
+  after.copyFrom(board);
+  return makeMove(after, move);
+}
+
 }  // namespace
 
 std::string moveToText(Move move) {
@@ -130,28 +136,23 @@ std::string moveToCoordinates(Move move) {
   return text;
 }
 
-Move parseMove(Board& board, std::string_view text) {
+Move parseMove(const Board& board, std::string_view text) {
   if (text.empty() || text[0] == '%') return NULL_MOVE;
   std::optional<MoveDescription> description = scan(text);
   if (!description || !complete(*description)) return NULL_MOVE;
 
-  std::array<Move, MAX_MOVES> moves;
-  const Move* end = genLegal(board, moves.data(), board.lastMove());
-  const SavedState saved = board.save();
   Move found;
-  for (const Move* move = moves.data(); move != end; ++move) {
-    if (!matches(board, *move, *description)) continue;
-    const Move made = makeMove(board, *move);
-    if (made.isNull()) continue;
-    unmakeMove(board, made, saved);
+  for (const Move move : pseudoLegalMoves(board, board.lastMove())) {
+    if (!matches(board, move, *description) || !isLegal(board, move)) continue;
     if (found) {
-      print(stderr, "ambiguous move: %s _and_ %s\n", moveToText(found).c_str(),
-            moveToText(made).c_str());
+      print(stderr, "ambiguous move: %s _and_ %s\n",
+            moveToText(withCheckFlags(board, found)).c_str(),
+            moveToText(withCheckFlags(board, move)).c_str());
       return NULL_MOVE;
     }
-    found = made;
+    found = move;
   }
-  return found;
+  return found ? withCheckFlags(board, found) : NULL_MOVE;
 }
 
 }  // namespace ombrin

@@ -15,8 +15,8 @@ std::string moveToText(Move move);
 std::string moveToCoordinates(Move move);
 
 // The legal move of the position that the text denotes, in coordinate or algebraic notation, with
-// its check flags; the null move when there is none or more than one. The board comes back as it
-// was. An illegal character is reported on standard output, an ambiguity on standard error.
-Move parseMove(Board& board, std::string_view text);
+// its check flags; the null move when there is none or more than one. An illegal character is
+// reported on standard output, an ambiguity on standard error.
+Move parseMove(const Board& board, std::string_view text);
 
 }  // namespace ombrin

@@ -1,6 +1,5 @@
 #include "board/perft.h"
 
-#include <array>
 #include <cinttypes>
 
 #include "board/make_move.h"
@@ -18,15 +17,12 @@ constexpr LogChannel CHANNEL{"perft"};
 }  // namespace
 
 std::uint64_t perftCount(Board& board, int depth, Move lastMove) {
-  std::array<Move, MAX_MOVES> moves;
-  const Move* end = genLegal(board, moves.data(), lastMove);
   const SavedState saved = board.save();
   std::uint64_t count = 0;
-  for (const Move* move = moves.data(); move != end; ++move) {
-    const Move made = makeMove(board, *move);
-    if (made.isNull()) continue;
+  for (const Move move : legalMoves(board, lastMove)) {
+    const Move made = makeMove(board, move);
     count += depth <= 1 ? 1 : perftCount(board, depth - 1, made);
-    unmakeMove(board, *move, saved);
+    unmakeMove(board, move, saved);
   }
   return count;
 }
@@ -39,15 +35,12 @@ std::uint64_t perft(Board& board, int depth) {
 
 void divide(Board& board, int depth, Move lastMove) {
   print(stdout, "----divide---\n");
-  std::array<Move, MAX_MOVES> moves;
-  const Move* end = genLegal(board, moves.data(), lastMove);
   const SavedState saved = board.save();
   std::uint64_t total = 0;
-  for (const Move* move = moves.data(); move != end; ++move) {
-    const Move made = makeMove(board, *move);
-    if (made.isNull()) continue;
+  for (const Move move : legalMoves(board, lastMove)) {
+    const Move made = makeMove(board, move);
     const std::uint64_t count = depth <= 1 ? 1 : perftCount(board, depth - 1, made);
-    unmakeMove(board, *move, saved);
+    unmakeMove(board, move, saved);
     total += count;
     print(stdout, "%-8s %10" PRIu64 "\n", moveToText(made).c_str(), count);
   }

@@ -7,11 +7,11 @@
 
 namespace ombrin {
 
-// The number of leaf positions `depth` plies below; a depth below 1 counts as 1. The board comes
-// back as it was. `lastMove` is the move that led to the position, with its check flags.
+// The number of positions `depth` plies below; a depth below 1 is taken for 1. The board comes back
+// as it was. `lastMove` is the move that led to the position, with its check flags.
 std::uint64_t perftCount(Board& board, int depth, Move lastMove);
 
-// perftCount from the board's root move, logged.
+// perftCount below board.lastMove(), logged.
 std::uint64_t perft(Board& board, int depth);
 
 // Prints the count below every move, and their total, to standard output.

@@ -171,7 +171,7 @@ bool isQueen(Piece piece) {
 
 }  // namespace
 
-Move* genCaptures(Board& board, Move* out) {
+Move* genCaptures(const Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
   const Delta ahead = forward(us);
@@ -211,7 +211,7 @@ Move* genCaptures(Board& board, Move* out) {
   return writer.end();
 }
 
-Move* genQuiet(Board& board, Move* out) {
+Move* genQuiet(const Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
   const Delta ahead = forward(us);
@@ -233,7 +233,7 @@ Move* genQuiet(Board& board, Move* out) {
   return writer.end();
 }
 
-Move* genKingQuiet(Board& board, Move* out) {
+Move* genKingQuiet(const Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
   const Square king = board.kingSquare(us);
@@ -244,7 +244,7 @@ Move* genKingQuiet(Board& board, Move* out) {
   return writer.end();
 }
 
-Move* genQuietChecks(Board& board, Move* out) {
+Move* genQuietChecks(const Board& board, Move* out) {
   CheckWriter writer(board, out);
   writer.addPawnChecks();
   writer.addKnightChecks();
@@ -254,7 +254,7 @@ Move* genQuietChecks(Board& board, Move* out) {
   return writer.end();
 }
 
-Move* genDiscoveredQuiet(Board& board, Move* out) {
+Move* genDiscoveredQuiet(const Board& board, Move* out) {
   MoveWriter writer(board, out);
   const Color us = board.side;
   const Square king = board.kingSquare(~us);

@@ -45,8 +45,7 @@ std::optional<Score> probeBitbases(SearchThread& thread, int ply, Score alpha, S
   const std::optional<Score> answer = thread.state.bitbases.probe(board);
   if (!answer) return std::nullopt;
   if (lastMove.isCheck() && *answer < -WIN_BOUND) {
-    Move* const room = thread.moveRoom(ply).data();
-    if (genEvasions(thread.board, room, lastMove) == room) return Score::matedIn(ply);
+    if (pseudoLegalMoves(board, lastMove).empty()) return Score::matedIn(ply);
   }
   const Score score = answer->relativeToRoot(ply);
   const Bound bound = score <= alpha ? TT_UPPER : score >= beta ? TT_LOWER : TT_EXACT;

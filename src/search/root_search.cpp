@@ -40,11 +40,13 @@ std::string lineText(const PvLine& line) {
 }
 
 // The pseudo-legal moves of the root, in the order in which the picker would have them.
-Move* generateRootMoves(Board& board, Move* out, Move lastMove) {
-  if (lastMove.isCheck()) return genEvasions(board, out, lastMove);
-  out = genCaptures(board, out);
-  out = genQuiet(board, out);
-  return genKingQuiet(board, out);
+MoveList generateRootMoves(const Board& board, Move lastMove) {
+  if (lastMove.isCheck()) return pseudoLegalMoves(board, lastMove);
+  MoveList moves;
+  moves.append([&board](Move* out) {
+    return genKingQuiet(board, genQuiet(board, genCaptures(board, out)));
+  });
+  return moves;
 }
 
 // Highest key first; of equals, the one that came first.
@@ -58,10 +60,8 @@ void setUpRoot(SearchState& state) {
   const Move lastMove = board.lastMove();
   state.bestScore = lastMove.isCheck() ? -MATE : DRAW;
   state.rootMoves.clear();
-  const std::span<Move> room = state.mainThread().moveRoom(0);
-  Move* const end = generateRootMoves(board, room.data(), lastMove);
   const SavedState saved = board.save();
-  for (const Move move : std::span(room.data(), end)) {
+  for (const Move move : generateRootMoves(board, lastMove)) {
     if (uncovers(board, board.kingSquare(board.side), move.from(), move.to())) continue;
     const int exchange = see(board, board.side, move);
     const Move made = makeMove(board, move);

@@ -1,6 +1,5 @@
 // The console's commands that count, search, and limit a search.
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -72,13 +71,12 @@ void Console::countTree(const RefString& arguments) {
 }
 
 void Console::listMoves(const RefString& /*arguments*/) {
-  Board& board = control_.board();
-  std::array<Move, MAX_MOVES> moves;
-  const Move* const end = genLegal(board, moves.data(), board.lastMove());
-  print(stdout, "#moves = %i\n", static_cast<int>(end - moves.data()));
-  for (const Move* move = moves.data(); move != end; ++move) {
-    print(stdout, "%s ", moveToText(*move).c_str());
-    if (!isMove(board, *move)) print(stdout, "\n--!isMove()?!\n");
+  const Board& board = control_.board();
+  const MoveList moves = pseudoLegalMoves(board, board.lastMove());
+  print(stdout, "#moves = %i\n", static_cast<int>(moves.size()));
+  for (const Move move : moves) {
+    print(stdout, "%s ", moveToText(move).c_str());
+    if (!isMove(board, move)) print(stdout, "\n--!isMove()?!\n");
   }
   print(stdout, "\n");
 }

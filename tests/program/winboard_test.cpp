@@ -75,12 +75,8 @@ class Winboard : public testing::Test {
     }
   }
   Lines legalTexts() {
-    std::array<Move, MAX_MOVES> moves;
     Lines texts;
-    for (const Move *move = moves.data(), *end = legalMoves(board_, moves.data()); move != end;
-         ++move) {
-      texts.push_back(moveToCoordinates(*move));
-    }
+    for (const Move move : legalMoves(board_)) texts.push_back(moveToCoordinates(move));
     return texts;
   }
   // The game as the engine has it: the position in the log after a move in force mode.

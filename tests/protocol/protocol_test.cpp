@@ -135,9 +135,7 @@ TEST(BookExit, CountsOnesOwnMoves) {
   const int expected[] = {1, 1, 2, 2, 3};
   for (const int count : expected) {
     EXPECT_EQ(bookExit.movesOutOfBook(board), count);
-    std::array<Move, MAX_MOVES> moves;
-    legalMoves(board, moves.data());
-    makeMove(board, moves[0]);
+    makeMove(board, legalMoves(board)[0]);
   }
   ASSERT_TRUE(setFen(board, START_FEN));
   EXPECT_EQ(bookExit.movesOutOfBook(board), std::nullopt);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <span>
 
 #include "board/attacks.h"
 #include "board/exchange.h"
@@ -35,7 +36,7 @@ class MovePickerTest : public testing::Test, protected TestThread {
     return moves;
   }
   // Of pseudo-legal moves, those that can be played, sorted.
-  std::vector<std::uint32_t> playable(const std::vector<Move>& moves) {
+  std::vector<std::uint32_t> playable(std::span<const Move> moves) {
     std::vector<std::uint32_t> words;
     const SavedState saved = board.save();
     for (const Move move : moves) {
@@ -47,11 +48,6 @@ class MovePickerTest : public testing::Test, protected TestThread {
     }
     std::sort(words.begin(), words.end());
     return words;
-  }
-  std::vector<Move> legal(Move lastMove) {
-    std::vector<Move> moves(MAX_MOVES);
-    moves.resize(genLegal(board, moves.data(), lastMove) - moves.data());
-    return moves;
   }
   Texts texts(const std::vector<Move>& moves) {
     Texts result;
@@ -69,10 +65,10 @@ TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
   forRandomPositions(2, 60, [&](const Board& position) {
     board.copyFrom(position);
     const Move lastMove = board.lastMove();
-    const std::vector<Move> moves = legal(lastMove);
-    const std::vector<std::uint32_t> expected = playable(moves);
+    const MoveList moves = pseudoLegalMoves(board, lastMove);
+    const std::vector<std::uint32_t> expected = playable(legalMoves(board));
     if (expected.empty()) return;
-    const auto anyOf = [&](const std::vector<Move>& list) {
+    const auto anyOf = [&](const MoveList& list) {
       return list.empty() ? NULL_MOVE : list[random() % list.size()].identity();
     };
 
@@ -97,7 +93,7 @@ TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
       // A move of the opponent's, of the kind that a null move brings to light.
       const SavedState saved = board.save();
       makeNullMove(board);
-      const Move threat = anyOf(legal(NULL_MOVE));
+      const Move threat = anyOf(pseudoLegalMoves(board, NULL_MOVE));
       unmakeNullMove(board, saved);
       picker.startMain(hashMove, threat);
       handed = rest(picker);

@@ -39,15 +39,14 @@ std::string inLowerCase(std::string text) {
 
 // The move that a protocol's text stands for; the null move for anything but a legal move in
 // coordinates.
-Move readReply(Board& board, const std::string& text) {
+Move readReply(const Board& board, const std::string& text) {
   const Move move = parseMove(board, text);
   const bool exact = !move.isNull() && inLowerCase(moveToCoordinates(move)) == inLowerCase(text);
   return exact ? move : NULL_MOVE;
 }
 
-bool canMove(Board& board) {
-  std::array<Move, MAX_MOVES> moves;
-  return legalMoves(board, moves.data()) != moves.data();
+bool canMove(const Board& board) {
+  return !legalMoves(board).empty();
 }
 
 void playRandomOpening(Board& board, std::mt19937& random) {
@@ -55,10 +54,9 @@ void playRandomOpening(Board& board, std::mt19937& random) {
     setFen(board, random() % 4 == 0 ? VARIED_FENS[random() % 5] : START_FEN);
     const unsigned plies = random() % 9;
     for (unsigned ply = 0; ply < plies; ++ply) {
-      std::array<Move, MAX_MOVES> moves;
-      const auto count = static_cast<unsigned>(legalMoves(board, moves.data()) - moves.data());
-      if (count == 0) break;
-      const Move move = parseMove(board, moveToCoordinates(moves[random() % count]));
+      const MoveList moves = legalMoves(board);
+      if (moves.empty()) break;
+      const Move move = parseMove(board, moveToCoordinates(moves[random() % moves.size()]));
       makeMove(board, move);
     }
     if (canMove(board)) return;

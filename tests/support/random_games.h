@@ -3,7 +3,6 @@
 
 #include <array>
 #include <random>
-#include <span>
 #include <string>
 
 #include "support/random_positions.h"
@@ -11,7 +10,7 @@
 namespace ombrin {
 
 // The move in algebraic notation, with the origin as far as it is needed and check signs.
-inline std::string algebraicText(const Board& board, Move move, std::span<const Move> legal) {
+inline std::string algebraicText(const Board& board, Move move, const MoveList& legal) {
   if (move.isCastling()) return move.to().file() == 6 ? "O-O" : "O-O-O";
   const PieceType type = board.at(move.from()).type();
   const auto fileOf = [](Square square) { return static_cast<char>('a' + square.file()); };
@@ -84,8 +83,7 @@ class RandomGames {
   void play(unsigned plies, Writer&& addWord) {
     setFen(board_, START_FEN);
     for (unsigned ply = 0; ply < plies; ++ply) {
-      std::array<Move, MAX_MOVES> moves;
-      const std::span legal(moves.data(), legalMoves(board_, moves.data()));
+      const MoveList legal = legalMoves(board_);
       if (legal.empty()) return;
       const Move move = legal[choose(ply, static_cast<unsigned>(legal.size()))];
       std::string text = algebraicText(board_, move, legal);

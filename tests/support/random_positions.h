@@ -29,19 +29,6 @@ inline constexpr std::array<std::string_view, 12> VARIED_FENS = {
     "6kq/5ppp/8/8/8/8/PPP5/QK6 b - -",
 };
 
-// The moves of the position that makeMove accepts, written to `out`; returns their end.
-inline Move* legalMoves(Board& board, Move* out) {
-  std::array<Move, MAX_MOVES> moves;
-  const Move* end = genLegal(board, moves.data(), board.lastMove());
-  const SavedState saved = board.save();
-  for (const Move* move = moves.data(); move != end; ++move) {
-    if (makeMove(board, *move).isNull()) continue;
-    unmakeMove(board, *move, saved);
-    *out++ = *move;
-  }
-  return out;
-}
-
 // Plays `games` random games of at most `plies` plies from every start and calls visit(Board&) for
 // every position on the way. The visitor must leave the board as it was.
 template <typename Visitor>
@@ -53,10 +40,9 @@ void forRandomPositions(int games, int plies, Visitor&& visit) {
       if (!setFen(board, fen)) throw std::logic_error("refused: " + std::string(fen));
       for (int ply = 0; ply < plies; ++ply) {
         visit(board);
-        std::array<Move, MAX_MOVES> moves;
-        const auto count = static_cast<unsigned>(legalMoves(board, moves.data()) - moves.data());
-        if (count == 0) break;
-        const Move move = moves[random() % count];
+        const MoveList moves = legalMoves(board);
+        if (moves.empty()) break;
+        const Move move = moves[random() % moves.size()];
         const SavedState saved = board.save();
         const Move made = makeMove(board, move);
         // A game's board remembers its moves with their check flags.
