@@ -4,6 +4,7 @@
 
 #include "fuzz_input.h"
 #include "util/ini_file.h"
+#include "util/scan.h"
 
 using namespace ombrin;
 

@@ -11,10 +11,10 @@
 
 #include "board/fen.h"
 #include "fuzz_input.h"
-#include "protocol/numbers.h"
 #include "scratch_directory.h"
 #include "shell/engine.h"
 #include "support/random_positions.h"
+#include "util/scan.h"
 #include "util/tokenizer.h"
 
 namespace ombrin {

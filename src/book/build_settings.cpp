@@ -1,5 +1,7 @@
 #include "book/build_settings.h"
 
+#include "util/scan.h"
+
 namespace ombrin {
 
 BuildSettings BuildSettings::read(const IniFile& ini) {

@@ -1,6 +1,6 @@
 #include "book/play_settings.h"
 
-#include <cstdlib>
+#include "util/scan.h"
 
 namespace ombrin {
 
@@ -12,7 +12,10 @@ PlaySettings PlaySettings::read(const IniFile& ini) {
   };
   const auto number = [](const RefString& text) { return toInt(text.view()); };
   const auto percent = [](const RefString& text) { return toInt(text.view()) / 100.0; };
-  const auto realPercent = [](const RefString& text) { return std::atof(text.c_str()) / 100.0; };
+  const auto realPercent = [](const RefString& text) {
+    std::string_view rest = text.view();
+    return takeDecimal(rest).value_or(0) / 100.0;
+  };
   read("maxply", settings.maxply, number);
   read("mingames", settings.mingames, number);
   read("mingamepct", settings.mingamepct, percent);

@@ -5,6 +5,7 @@
 
 #include "util/print.h"
 #include "util/ref_string.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

@@ -4,10 +4,10 @@
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"
-#include "protocol/numbers.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
 #include "util/print.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

@@ -1,8 +1,8 @@
 // The part of the UCI front-end that deals with options.
-#include "protocol/numbers.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
 #include "util/print.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

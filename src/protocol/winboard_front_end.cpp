@@ -6,11 +6,11 @@
 #include "platform/end_request.h"
 #include "protocol/append.h"
 #include "protocol/end_process.h"
-#include "protocol/numbers.h"
 #include "protocol/program_name.h"
 #include "util/file_system.h"
 #include "util/log.h"
 #include "util/print.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

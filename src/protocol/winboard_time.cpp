@@ -1,8 +1,8 @@
 // The part of the WinBoard front-end that deals with time and other limits.
 #include <algorithm>
 
-#include "protocol/numbers.h"
 #include "protocol/winboard_front_end.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

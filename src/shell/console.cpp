@@ -1,12 +1,12 @@
 #include "shell/console.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"
 #include "util/print.h"
+#include "util/scan.h"
 #include "util/tokenizer.h"
 
 namespace ombrin {
@@ -116,17 +116,19 @@ void Console::setUp(std::string_view fen) {
 }
 
 void Console::set(const RefString& arguments) {
-  char name[9];
-  char value[9];
-  if (std::sscanf(arguments.c_str(), "%8s %8s", name, value) == 2) return setOption(name, value);
+  constexpr std::size_t LONGEST_WORD = 8;
+  std::string_view text = arguments.view();
+  const std::string_view name = takeWord(text, LONGEST_WORD);
+  const std::string_view value = takeWord(text, LONGEST_WORD);
+  if (!value.empty()) return setOption(name, value);
   print(stdout, "async  =%i\n", async_ ? 1 : 0);
   print(stdout, "book   =%i\n", useBook_ ? 1 : 0);
   print(stdout, "cleartt=%i\n", clearTable_ ? 1 : 0);
   print(stdout, "threads=%i\n", control_.search().threadCount());
 }
 
-void Console::setOption(std::string_view name, const char* value) {
-  const bool on = value[0] == '1';
+void Console::setOption(std::string_view name, std::string_view value) {
+  const bool on = value.front() == '1';
   if (name == "async") {
     async_ = on;
   } else if (name == "book") {

@@ -58,7 +58,7 @@ class Console {
   void mergeBooks(const RefString& arguments);
   void showBookStatistics(const RefString& arguments);
 
-  void setOption(std::string_view name, const char* value);
+  void setOption(std::string_view name, std::string_view value);
   void setUp(std::string_view fen);
   void playMoves(const RefString& command, const RefString& arguments);
   bool playMove(const RefString& word);

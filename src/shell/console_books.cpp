@@ -1,5 +1,5 @@
 // The console's commands for opening books.
-#include <cstdio>
+#include <string>
 
 #include "board/notation.h"
 #include "book/book_builder.h"
@@ -7,13 +7,18 @@
 #include "book/book_statistics.h"
 #include "shell/console.h"
 #include "util/print.h"
+#include "util/scan.h"
 
 namespace ombrin {
 
 namespace {
 
-// Room for a file name of 200 characters, as much as the commands with several names read.
-using FileName = char[201];
+// The commands with several names read no more of each.
+constexpr std::size_t LONGEST_NAME = 200;
+
+std::string takeName(std::string_view& text) {
+  return std::string(takeWord(text, LONGEST_NAME));
+}
 
 void reportNoBook() {
   print(stdout, "book not open!\n");
@@ -55,18 +60,18 @@ void Console::loadBook(const RefString& name) {
 
 void Console::buildBook(const RefString& arguments) {
   book_.close();
-  FileName pgnFile = "";
-  FileName iniFile = "";
-  int maxGames = 0;
-  const int fields = std::sscanf(arguments.c_str(), "%200s %200s %d", pgnFile, iniFile, &maxGames);
-  if (fields < 1) {
+  std::string_view text = arguments.view();
+  const std::string pgnFile = takeName(text);
+  const std::string iniFile = takeName(text);
+  const int maxGames = toInt(text);
+  if (pgnFile.empty()) {
     print(stdout, "Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n");
     return;
   }
   control_.stopSearch();
   std::string bookFile;
-  const bool built = ombrin::buildBook(control_.board(), bookFile, fields > 1 ? iniFile : iniFile_,
-                                       pgnFile, maxGames);
+  const bool built = ombrin::buildBook(control_.board(), bookFile,
+                                       iniFile.empty() ? iniFile_ : iniFile, pgnFile, maxGames);
   control_.settleGame();
   if (!built) return;
   print(stdout, "opening %s...\n", bookFile.c_str());
@@ -76,10 +81,11 @@ void Console::buildBook(const RefString& arguments) {
 
 void Console::mergeBooks(const RefString& arguments) {
   book_.close();
-  FileName master;
-  FileName secondary;
-  FileName result;
-  if (std::sscanf(arguments.c_str(), "%200s %200s %200s", master, secondary, result) != 3) {
+  std::string_view text = arguments.view();
+  const std::string master = takeName(text);
+  const std::string secondary = takeName(text);
+  const std::string result = takeName(text);
+  if (result.empty()) {
     print(stdout, "Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n");
     return;
   }

@@ -1,15 +1,14 @@
 // The console's commands that count, search, and limit a search.
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 #include "board/move_generation.h"
 #include "board/notation.h"
 #include "board/perft.h"
 #include "platform/tick.h"
-#include "protocol/numbers.h"
 #include "shell/console.h"
 #include "util/print.h"
+#include "util/scan.h"
 
 namespace ombrin {
 

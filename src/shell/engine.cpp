@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 
 #include "board/fen.h"
 #include "platform/processors.h"
 #include "platform/tick.h"
-#include "protocol/numbers.h"
 #include "util/print.h"
+#include "util/scan.h"
 #include "util/text_file.h"
 
 namespace ombrin {

@@ -1,7 +1,6 @@
 #include "util/ref_string.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace ombrin {
 
@@ -52,26 +51,6 @@ RefString RefString::substring(std::size_t from, std::size_t to) const {
 
 void RefString::clear() {
   text_ = makeText({});
-}
-
-int toInt(std::string_view text) {
-  constexpr std::string_view WHITE_SPACE = " \t\n\v\f\r";
-  text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-
-  // Counted downwards, because the smallest number has no positive counterpart.
-  constexpr int LOWEST = std::numeric_limits<int>::min();
-  constexpr int HIGHEST = std::numeric_limits<int>::max();
-  int value = 0;
-  for (const char c : text) {
-    if (c < '0' || c > '9') break;
-    const int digit = c - '0';
-    if (value < (LOWEST + digit) / 10) return negative ? LOWEST : HIGHEST;
-    value = value * 10 - digit;
-  }
-  if (negative) return value;
-  return value == LOWEST ? HIGHEST : -value;
 }
 
 }  // namespace ombrin

@@ -41,8 +41,4 @@ class RefString {
   std::shared_ptr<std::string> text_;
 };
 
-// The decimal number at the start of `text`: leading white space, an optional sign, digits up to
-// the first other character; 0 when there are none. Beyond the range of int, the nearest end of it.
-int toInt(std::string_view text);
-
 }  // namespace ombrin

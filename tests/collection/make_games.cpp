@@ -4,7 +4,7 @@
 
 #include "support/random_games.h"
 #include "util/print.h"
-#include "util/ref_string.h"
+#include "util/scan.h"
 
 int main(int argc, char** argv) {
   if (argc < 2 || argc > 3) {

@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <limits>
 
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/notation.h"
 #include "protocol/book_exit.h"
 #include "protocol/log_file_namer.h"
-#include "protocol/numbers.h"
 #include "protocol/report_throttle.h"
 #include "protocol/uci_lines.h"
 #include "protocol/winboard_lines.h"
@@ -95,32 +93,6 @@ TEST(Throttle, HoldsBackWhatIsStable) {
   EXPECT_TRUE(throttle.admitCurrentMove({.time = 1}));
   EXPECT_FALSE(throttle.admitCurrentMove({.number = 1, .time = 100}));
   EXPECT_TRUE(throttle.admitCurrentMove({.number = 1, .time = 101}));
-}
-
-TEST(Numbers, AreTakenFromTheFront) {
-  using Limits = std::numeric_limits<std::int64_t>;
-  const struct {
-    const char* text;
-    std::optional<std::int64_t> number;
-    const char* rest;
-  } cases[] = {
-      {"12", 12, ""},
-      {" \t-7 8", -7, " 8"},
-      {"+08:30", 8, ":30"},
-      {"0x10", 0, "x10"},
-      {"99999999999999999999 1", Limits::max(), " 1"},
-      {"-99999999999999999999", Limits::min(), ""},
-      {"", std::nullopt, ""},
-      {" x", std::nullopt, " x"},
-      {"-", std::nullopt, "-"},
-      {"+-5", std::nullopt, "+-5"},
-  };
-  for (const auto& [text, number, rest] : cases) {
-    std::string_view view = text;
-    EXPECT_EQ(takeNumber(view), number) << text;
-    EXPECT_EQ(view, rest);
-  }
-  EXPECT_EQ(clampToInt(Limits::max()), std::numeric_limits<int>::max());
 }
 
 TEST(BookExit, CountsOnesOwnMoves) {

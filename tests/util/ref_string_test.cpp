@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -59,23 +58,6 @@ TEST(RefString, SubstringIsCutToTheText) {
     EXPECT_EQ(text.substring(from, to), expected) << from << ".." << to;
   }
   EXPECT_TRUE(RefString(static_cast<const char*>(nullptr)).empty());
-}
-
-TEST(ToInt, ReadsAsTheCLibraryDoesAndStopsAtTheEndsOfTheRange) {
-  const std::pair<const char*, int> cases[] = {
-      {"", 0},
-      {" \t\n-12x", -12},
-      {"+7 8", 7},
-      {"- 5", 0},
-      {"--5", 0},
-      {"2147483640", 2147483640},
-      {"2147483647", INT_MAX},
-      {"2147483648", INT_MAX},
-      {"-2147483648", INT_MIN},
-      {"-2147483649", INT_MIN},
-      {"99999999999999999999", INT_MAX},
-  };
-  for (const auto& [text, expected] : cases) EXPECT_EQ(toInt(text), expected) << text;
 }
 
 }  // namespace
