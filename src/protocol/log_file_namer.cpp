@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
-#include "protocol/append.h"
 #include "protocol/program_name.h"
 #include "util/file_system.h"
+#include "util/format.h"
 #include "util/print.h"
 
 namespace ombrin {

@@ -2,11 +2,11 @@
 
 #include "board/notation.h"
 #include "platform/tick.h"
-#include "protocol/append.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"
 #include "protocol/uci_log.h"
 #include "util/file_system.h"
+#include "util/format.h"
 #include "util/log.h"
 #include "util/print.h"
 

@@ -1,7 +1,7 @@
 #include "protocol/uci_lines.h"
 
 #include "board/notation.h"
-#include "protocol/append.h"
+#include "util/format.h"
 
 namespace ombrin {
 

@@ -1,10 +1,10 @@
 // The part of the UCI front-end that reports on a search. The observer's operations come on the
 // thread that searches.
 #include "board/notation.h"
-#include "protocol/append.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_lines.h"
 #include "protocol/uci_log.h"
+#include "util/format.h"
 #include "util/print.h"
 
 namespace ombrin {

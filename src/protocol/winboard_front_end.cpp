@@ -4,10 +4,10 @@
 
 #include "board/fen.h"
 #include "platform/end_request.h"
-#include "protocol/append.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"
 #include "util/file_system.h"
+#include "util/format.h"
 #include "util/log.h"
 #include "util/print.h"
 #include "util/scan.h"

@@ -1,7 +1,7 @@
 #include "protocol/winboard_lines.h"
 
 #include "board/notation.h"
-#include "protocol/append.h"
+#include "util/format.h"
 
 namespace ombrin {
 
@@ -11,10 +11,14 @@ std::string winboardThinkingLine(const SearchReport& report, Move ponderMove) {
   append(text, "%i %i %llu %llu", report.depth, report.score.value(),
          static_cast<unsigned long long>(report.time / 10),
          static_cast<unsigned long long>(report.nodes));
-  if (!ponderMove.isNull()) text += " " + moveToCoordinates(ponderMove);
+  const auto addMove = [&text](Move move) {
+    text += ' ';
+    text += moveToCoordinates(move);
+  };
+  if (!ponderMove.isNull()) addMove(ponderMove);
   for (const Move move : report.line.moves()) {
     if (text.size() > LONG_ENOUGH) break;
-    text += " " + moveToCoordinates(move);
+    addMove(move);
   }
   return text;
 }

@@ -1,7 +1,7 @@
 #include "protocol/winboard_log.h"
 
 #include "platform/tick.h"
-#include "protocol/append.h"
+#include "util/format.h"
 #include "util/print.h"
 
 namespace ombrin {

@@ -1,29 +1,15 @@
 #include "search/statistics.h"
 
 #include <algorithm>
-#include <array>
 #include <cinttypes>
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
 #include <functional>
 
-#include "platform/printf_format.h"
+#include "util/format.h"
 
 namespace ombrin {
 
 namespace {
-
-// Appends formatted text. No piece of these texts is anywhere near as long as the buffer.
-void append(std::string& text, const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
-void append(std::string& text, const char* format, ...) {
-  std::array<char, 512> buffer;
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
-  va_end(arguments);
-  text += buffer.data();
-}
 
 double ratio(double part, double whole) {
   return whole == 0 ? 0 : part / whole;

@@ -1,7 +1,6 @@
 #include "util/print.h"
 
-#include <array>
-#include <string>
+#include "util/format.h"
 
 namespace ombrin {
 
@@ -17,19 +16,8 @@ void print(std::FILE* stream, const char* format, ...) {
 // unbuffered stream.
 void vprint(std::FILE* stream, const char* format, std::va_list arguments) {
   if (stream == nullptr) return;
-  std::array<char, 1024> shortText;
-  std::string longText;
-  char* text = shortText.data();
-  std::va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(text, shortText.size(), format, arguments);
-  if (length >= static_cast<int>(shortText.size())) {
-    longText.resize(static_cast<std::size_t>(length));
-    text = longText.data();
-    std::vsnprintf(text, longText.size() + 1, format, again);
-  }
-  va_end(again);
-  if (length > 0) std::fwrite(text, 1, static_cast<std::size_t>(length), stream);
+  const FormattedText text(format, arguments);
+  std::fwrite(text.view().data(), 1, text.view().size(), stream);
 }
 
 }  // namespace ombrin
