@@ -1,9 +1,9 @@
 #include "book/book_builder.h"
 
-#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "board/fen.h"
@@ -39,25 +39,17 @@ std::string bookNameFor(std::string_view pgnFileName) {
   return std::string(pgnFileName.substr(0, pgnFileName.rfind('.'))) + ".obk";
 }
 
-int percent(double fraction) {
-  return static_cast<int>(std::lround(100 * fraction));
-}
-
 void printSettings(const BuildSettings& settings, const std::string& pgnFileName,
                    const std::string& iniFileName, const std::string& bookFileName) {
   print(stdout, "Book configuration\n%s\n", RULE);
   print(stdout, "pgnfile    = %s\n", pgnFileName.c_str());
   print(stdout, "inifile    = %s\n", iniFileName.c_str());
   print(stdout, "bookfile   = %s\n", bookFileName.c_str());
-  print(stdout, "minelo     = %4i\n", settings.minelo);
-  print(stdout, "maxelodelta= %4i\n", settings.maxelodelta);
-  print(stdout, "minply     = %4i\n", settings.minply);
-  print(stdout, "maxply     = %4i\n", settings.maxply);
-  print(stdout, "mingames   = %4i\n", settings.mingames);
-  print(stdout, "minquality = %4i\n", settings.minquality);
-  print(stdout, "minscorew  = %4i\n", percent(settings.minscorew));
-  print(stdout, "minscoreb  = %4i\n", percent(settings.minscoreb));
-  print(stdout, "keeppct    = %4i\n", percent(settings.keeppct));
+  for (const IniRow<BuildSettings>& row : BuildSettings::rows()) {
+    if (const std::optional<double> number = row.number(settings)) {
+      print(stdout, "%-11s= %4.0f\n", row.name().c_str(), *number);
+    }
+  }
   print(stdout, "%s\n", RULE);
 }
 
@@ -188,7 +180,7 @@ bool buildBook(Board& board, std::string& bookFileName, const std::string& iniFi
     print(stdout, "could not load inifile: %s\n", iniFileName.c_str());
     return false;
   }
-  const BuildSettings settings = BuildSettings::read(ini);
+  const BuildSettings settings(ini);
   if (bookFileName.empty()) bookFileName = settings.file;
   if (bookFileName.empty()) bookFileName = bookNameFor(pgnFileName);
   const Stream pgnFile = openForReading(pgnFileName);

@@ -1,9 +1,11 @@
 // The listing of a position's book moves: BookPicker's output.
 #include <array>
 #include <cmath>
+#include <span>
 #include <string>
 
 #include "book/book_picker.h"
+#include "util/format.h"
 #include "util/print.h"
 
 namespace ombrin {
@@ -43,19 +45,14 @@ struct ScoreSummary {
   }
 };
 
-void printSettings(const PlaySettings& settings) {
-  print(stdout,
-        "criteria: maxply=%i, mingames=%i, mingamepct=%1.0f, minelo=%1.0f, maxelodelta=%1.0f, "
-        "minscorew=%1.0f, minscoreb=%1.0f, maxscoredelta=%1.0f\n",
-        settings.maxply, settings.mingames, settings.mingamepct * 100, settings.minelo,
-        settings.maxelodelta, settings.minscorew * 100, settings.minscoreb * 100,
-        settings.maxscoredelta * 100);
-  print(stdout,
-        "weights : gameweight=%1.0f, eloweight=%1.0f, scoreweight=%1.0f, winweight=%1.0f, "
-        "drawweight=%1.0f, minweight=%1.0f, random=%1.0f\n",
-        settings.gameweight * 100, settings.eloweight * 100, settings.scoreweight * 100,
-        settings.winweight * 100, settings.drawweight * 100, settings.minweight * 100,
-        settings.random * 100);
+void printSettings(std::string line, std::span<const IniRow<PlaySettings>> rows,
+                   const PlaySettings& settings) {
+  const char* separator = "";
+  for (const IniRow<PlaySettings>& row : rows) {
+    append(line, "%s%s=%1.0f", separator, row.name().c_str(), row.number(settings).value_or(0));
+    separator = ", ";
+  }
+  print(stdout, "%s\n", line.c_str());
 }
 
 void printMove(const BookEntry& move, const PickRecord& record) {
@@ -99,7 +96,8 @@ void BookPicker::show() {
     print(stdout, "position not in book\n");
     return;
   }
-  printSettings(settings_);
+  printSettings("criteria: ", PlaySettings::criteria(), settings_);
+  printSettings("weights : ", PlaySettings::weights(), settings_);
   std::array<double, BookFile::MAX_MOVES_READ> probabilities;
   weigh(count, probabilities, book_.board().side);
   print(stdout,

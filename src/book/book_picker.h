@@ -40,7 +40,7 @@ class BookPicker {
   explicit BookPicker(BookFile& book) : book_(book) {}
 
   // Reads the settings; to be called when a book has been opened.
-  void configure(const IniFile& ini) { settings_ = PlaySettings::read(ini); }
+  void configure(const IniFile& ini) { settings_ = PlaySettings(ini); }
   const PlaySettings& settings() const { return settings_; }
 
   // A legal move with its check flags, or the null move: no book, position not in it, beyond the

@@ -1,28 +1,31 @@
 #include "book/build_settings.h"
 
-#include "util/scan.h"
-
 namespace ombrin {
 
-BuildSettings BuildSettings::read(const IniFile& ini) {
-  BuildSettings settings;
-  const auto read = [&ini](const char* name, auto& value, auto convert) {
-    const RefString text = ini.get(std::string("book.build.") + name);
-    if (!text.empty()) value = convert(text);
-  };
-  const auto number = [](const RefString& text) { return toInt(text.view()); };
-  const auto percent = [](const RefString& text) { return toInt(text.view()) / 100.0; };
-  read("file", settings.file, [](const RefString& text) { return text.view(); });
-  read("minelo", settings.minelo, number);
-  read("maxelodelta", settings.maxelodelta, number);
-  read("minply", settings.minply, number);
-  read("maxply", settings.maxply, number);
-  read("mingames", settings.mingames, number);
-  read("minquality", settings.minquality, number);
-  read("minscorew", settings.minscorew, percent);
-  read("minscoreb", settings.minscoreb, percent);
-  read("keeppct", settings.keeppct, percent);
-  return settings;
+namespace {
+
+using S = BuildSettings;
+constexpr IniRow<S> ROWS[] = {
+    {"book.build.file", &S::file, ""},
+    {"book.build.minelo", &S::minelo, "2300"},
+    {"book.build.maxelodelta", &S::maxelodelta, "120"},
+    {"book.build.minply", &S::minply, "32"},
+    {"book.build.maxply", &S::maxply, "50"},
+    {"book.build.mingames", &S::mingames, "4"},
+    {"book.build.minquality", &S::minquality, "2700"},
+    {"book.build.minscorew", &S::minscorew, "49", IniNumber::PERCENT},
+    {"book.build.minscoreb", &S::minscoreb, "39", IniNumber::PERCENT},
+    {"book.build.keeppct", &S::keeppct, "98", IniNumber::PERCENT},
+};
+
+}  // namespace
+
+BuildSettings::BuildSettings(const IniFile& ini) {
+  for (const IniRow<S>& row : ROWS) row.read(ini, *this);
+}
+
+std::span<const IniRow<BuildSettings>> BuildSettings::rows() {
+  return ROWS;
 }
 
 }  // namespace ombrin

@@ -1,37 +1,43 @@
 #include "book/play_settings.h"
 
-#include "util/scan.h"
-
 namespace ombrin {
 
-PlaySettings PlaySettings::read(const IniFile& ini) {
-  PlaySettings settings;
-  const auto read = [&ini](const char* name, auto& value, auto convert) {
-    const RefString text = ini.get(std::string("book.play.") + name);
-    if (!text.empty()) value = convert(text);
-  };
-  const auto number = [](const RefString& text) { return toInt(text.view()); };
-  const auto percent = [](const RefString& text) { return toInt(text.view()) / 100.0; };
-  const auto realPercent = [](const RefString& text) {
-    std::string_view rest = text.view();
-    return takeDecimal(rest).value_or(0) / 100.0;
-  };
-  read("maxply", settings.maxply, number);
-  read("mingames", settings.mingames, number);
-  read("mingamepct", settings.mingamepct, percent);
-  read("minelo", settings.minelo, number);
-  read("maxelodelta", settings.maxelodelta, number);
-  read("minscorew", settings.minscorew, percent);
-  read("minscoreb", settings.minscoreb, percent);
-  read("maxscoredelta", settings.maxscoredelta, realPercent);
-  read("gameweight", settings.gameweight, percent);
-  read("eloweight", settings.eloweight, percent);
-  read("scoreweight", settings.scoreweight, percent);
-  read("winweight", settings.winweight, percent);
-  read("drawweight", settings.drawweight, percent);
-  read("minweight", settings.minweight, percent);
-  read("random", settings.random, percent);
-  return settings;
+namespace {
+
+using S = PlaySettings;
+constexpr IniRow<S> CRITERIA[] = {
+    {"book.play.maxply", &S::maxply, "0"},
+    {"book.play.mingames", &S::mingames, "2"},
+    {"book.play.mingamepct", &S::mingamepct, "10", IniNumber::PERCENT},
+    {"book.play.minelo", &S::minelo, "2700"},
+    {"book.play.maxelodelta", &S::maxelodelta, "200"},
+    {"book.play.minscorew", &S::minscorew, "50", IniNumber::PERCENT},
+    {"book.play.minscoreb", &S::minscoreb, "40", IniNumber::PERCENT},
+    {"book.play.maxscoredelta", &S::maxscoredelta, "5.0", IniNumber::DECIMAL_PERCENT},
+};
+constexpr IniRow<S> WEIGHTS[] = {
+    {"book.play.gameweight", &S::gameweight, "100", IniNumber::PERCENT},
+    {"book.play.eloweight", &S::eloweight, "100", IniNumber::PERCENT},
+    {"book.play.scoreweight", &S::scoreweight, "0", IniNumber::PERCENT},
+    {"book.play.winweight", &S::winweight, "0", IniNumber::PERCENT},
+    {"book.play.drawweight", &S::drawweight, "0", IniNumber::PERCENT},
+    {"book.play.minweight", &S::minweight, "10", IniNumber::PERCENT},
+    {"book.play.random", &S::random, "100", IniNumber::PERCENT},
+};
+
+}  // namespace
+
+PlaySettings::PlaySettings(const IniFile& ini) {
+  for (const IniRow<S>& row : CRITERIA) row.read(ini, *this);
+  for (const IniRow<S>& row : WEIGHTS) row.read(ini, *this);
+}
+
+std::span<const IniRow<PlaySettings>> PlaySettings::criteria() {
+  return CRITERIA;
+}
+
+std::span<const IniRow<PlaySettings>> PlaySettings::weights() {
+  return WEIGHTS;
 }
 
 }  // namespace ombrin

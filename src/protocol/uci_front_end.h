@@ -31,7 +31,7 @@ class UciFrontEnd final : public SearchObserver {
   struct Settings {
     std::string logDirectory;
     bool trace = false;
-    int timeGap = 3000;  // milliseconds of the remaining time to keep in reserve
+    int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
   };
 
   UciFrontEnd(EngineControl& control, BookPicker& picker, OutputStream& output)

@@ -51,7 +51,7 @@ class WinboardFrontEnd final : public SearchObserver {
  public:
   struct Settings {
     std::string logDirectory;
-    int timeGap = 3000;  // milliseconds of the remaining time to keep in reserve
+    int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
   };
 
   WinboardFrontEnd(EngineControl& control, BookPicker& picker, OutputStream& output)

@@ -7,6 +7,7 @@
 #include "board/fen.h"
 #include "platform/processors.h"
 #include "platform/tick.h"
+#include "shell/engine_settings.h"
 #include "util/print.h"
 #include "util/scan.h"
 #include "util/text_file.h"
@@ -23,44 +24,38 @@ void Engine::start(const std::string& iniFile) {
   print(stdout, "inifile=%s\n", iniFile.c_str());
   if (!settings_.load(iniFile)) print(stdout, "could not load inifile: %s\n", iniFile.c_str());
   console_.setIniFile(iniFile);
-  applySettings();
-  startThreads();
+  const EngineSettings settings(settings_);
+  applySettings(settings);
+  startThreads(settings.threads);
   const auto lock = control_.lockGame();
   control_.setPosition(START_FEN);
   console_.showBoard();
 }
 
-int Engine::setting(std::string_view key, int absent) const {
-  const RefString value = settings_.get(key);
-  return value.empty() ? absent : toInt(value.view());
-}
-
-void Engine::applySettings() {
-  constexpr int DEFAULT_GAP_SECONDS = 3;
+void Engine::applySettings(const EngineSettings& settings) {
   const auto millis = [](int seconds) { return clampToInt(std::int64_t{seconds} * 1000); };
 
-  console_.loadBook(settings_.get("book.file"));
+  console_.loadBook(RefString(settings.bookFile));
 
-  uci_.configure({.logDirectory = std::string(settings_.get("uci.logdir").view()),
-                  .trace = setting("uci.trace", 0) > 0,
-                  .timeGap = millis(setting("uci.timegap", DEFAULT_GAP_SECONDS))});
-  winboard_.configure({.logDirectory = std::string(settings_.get("winboard.logdir").view()),
-                       .timeGap = millis(setting("winboard.timegap", DEFAULT_GAP_SECONDS))});
+  uci_.configure({.logDirectory = settings.uciLogDirectory,
+                  .trace = settings.uciTrace > 0,
+                  .timeGap = millis(settings.uciTimeGap)});
+  winboard_.configure(
+      {.logDirectory = settings.winboardLogDirectory, .timeGap = millis(settings.winboardTimeGap)});
 
-  if (const RefString directory = settings_.get("egbb.dir"); !directory.empty()) {
-    bitbases_.open(directory.view());
-    bitbases_.load(setting("egbb.cachemb", Bitbases::DEFAULT_CACHE_MB));
+  if (!settings.bitbaseDirectory.empty()) {
+    bitbases_.open(settings.bitbaseDirectory);
+    bitbases_.load(settings.bitbaseCacheMb);
   }
-  if (!settings_.get("tt.cachemb").empty()) {
-    const int megabytes = std::max(setting("tt.cachemb", 0), 0);
-    tt_.resize(static_cast<std::uint64_t>(megabytes) * 1024);
+  // The table has its default size already, and would say so once more.
+  if (!settings_.get(TABLE_MB_KEY).empty()) {
+    tt_.resize(static_cast<std::uint64_t>(std::max(settings.tableMb, 0)) * 1024);
   }
-  console_.setProcessorClock(setting("machine.mhz", 0));
+  console_.setProcessorClock(settings.processorMhz);
 }
 
-void Engine::startThreads() {
+void Engine::startThreads(int threads) {
   const int processors = std::max(processorCount(), 1);
-  int threads = setting("search.nthreads", 0);
   if (threads > processors) {
     print(stdout, "!--only %i cpu's present, using %i searchthreads\n", processors, processors);
     threads = processors;

@@ -13,6 +13,7 @@
 #include "search/search_controller.h"
 #include "search/tt.h"
 #include "shell/console.h"
+#include "shell/engine_settings.h"
 #include "util/ini_file.h"
 #include "util/tokenizer.h"
 
@@ -36,9 +37,9 @@ class Engine {
   void handleLine(std::string_view line);
 
  private:
-  void applySettings();
-  void startThreads();
-  int setting(std::string_view key, int absent) const;
+  void applySettings(const EngineSettings& settings);
+  // As many as there are processors when `threads` is 0.
+  void startThreads(int threads);
 
   IniFile settings_;
   Tt tt_;
