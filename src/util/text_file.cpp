@@ -4,7 +4,6 @@
 #include <cinttypes>
 #include <cstdint>
 #include <cstring>
-#include <new>
 
 #include "util/log.h"
 
@@ -66,16 +65,11 @@ bool TextFile::readPiece(std::size_t& length) {
 bool TextFile::grow(std::size_t length) {
   const bool first = buffer_.empty();
   const std::size_t size = first ? FIRST_SIZE : 2 * buffer_.size();
-  bool hasRoom = size <= LARGEST_SIZE;
-  try {
-    if (hasRoom) buffer_.resize(size);
-  } catch (const std::bad_alloc&) {
-    hasRoom = false;
-  }
-  if (!hasRoom) {
+  if (size > LARGEST_SIZE) {
     logError(LOG, "out of memory allocating %zu bytes\n", size);
     return false;
   }
+  buffer_.resize(size);
   if (!first) {
     logInfo(LOG, "Textfile.readline(): reallocced size=%zu addr=%" PRIxPTR ", n=%zu\n", size,
             reinterpret_cast<std::uintptr_t>(buffer_.data()), length);
