@@ -34,9 +34,8 @@ Stream openForReading(const std::string& path) {
 
 // The collection's name without directories and extension, with a book's.
 std::string bookNameFor(std::string_view pgnFileName) {
-  const std::size_t slash = pgnFileName.find_last_of("/\\");
-  if (slash != std::string_view::npos) pgnFileName.remove_prefix(slash + 1);
-  return std::string(pgnFileName.substr(0, pgnFileName.rfind('.'))) + ".obk";
+  const std::string_view name = lastPart(pgnFileName);
+  return std::string(name.substr(0, name.rfind('.'))) + ".obk";
 }
 
 void printSettings(const BuildSettings& settings, const std::string& pgnFileName,

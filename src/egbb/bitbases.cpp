@@ -4,6 +4,7 @@
 #include <array>
 
 #include "egbb/win_score.h"
+#include "util/file_system.h"
 #include "util/print.h"
 
 namespace ombrin {
@@ -56,7 +57,7 @@ bool Bitbases::open(std::string_view directory) {
   directory_ = directory.empty() ? "egbb" : directory;
   if (directory_.back() != '\\') directory_ += '\\';
   const std::string path = directory_ + "egbbdll.dll";
-  if (!library_.open(path)) {
+  if (!library_.open(localPath(path))) {
     print(stdout, "EGBB: WARNING egbb dll not found: %s\n", path.c_str());
     return false;
   }

@@ -14,8 +14,8 @@ class SharedLibrary {
   ~SharedLibrary();
 
   // Closes what was open and loads the library at `path`, which is a path even when it has no
-  // directory part: the system's library directories are not searched. Every backslash counts as a
-  // directory separator. False when there is no such library.
+  // directory part: the system's library directories are not searched. False when there is no such
+  // library.
   bool open(const std::string& path);
   bool isOpen() const { return handle_ != nullptr; }
   void close();

@@ -1,7 +1,5 @@
 #include <dlfcn.h>
 
-#include <algorithm>
-
 #include "platform/shared_library.h"
 
 namespace ombrin {
@@ -13,7 +11,6 @@ SharedLibrary::~SharedLibrary() {
 bool SharedLibrary::open(const std::string& path) {
   close();
   std::string file = path;
-  std::replace(file.begin(), file.end(), '\\', '/');
   // The loader looks in the system's directories for a name without a separator.
   if (file.find('/') == std::string::npos) file.insert(0, "./");
   handle_ = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <algorithm>
-
 #include "platform/shared_library.h"
 
 namespace ombrin {
@@ -13,9 +11,8 @@ SharedLibrary::~SharedLibrary() {
 bool SharedLibrary::open(const std::string& path) {
   close();
   std::string file = path;
-  std::replace(file.begin(), file.end(), '/', '\\');
   // The loader looks in the system's directories for a name without a separator.
-  if (file.find('\\') == std::string::npos) file.insert(0, ".\\");
+  if (file.find_first_of("/\\") == std::string::npos) file.insert(0, ".\\");
   // A file that is no library for this processor is an answer, not a box to click away.
   DWORD mode = 0;
   const BOOL isQuiet = SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);

@@ -19,7 +19,7 @@ std::string LogFileNamer::nextFreeName() const {
   for (unsigned number = 0;; ++number) {
     std::string name = directory_;
     append(name, "/%s-%04u.log", PROGRAM_NAME, number);
-    if (!fileExists(name)) return name;
+    if (!fileExists(localPath(name))) return name;
   }
 }
 

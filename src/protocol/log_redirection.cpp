@@ -1,6 +1,7 @@
 #include "protocol/log_redirection.h"
 
 #include "protocol/log_file_namer.h"
+#include "util/file_system.h"
 #include "util/log.h"
 
 namespace ombrin {
@@ -22,7 +23,7 @@ std::optional<std::string> LogRedirection::nextName(std::string_view directory) 
 }
 
 std::FILE* LogRedirection::open(const std::string& name) {
-  std::FILE* file = std::fopen(name.c_str(), "w");
+  std::FILE* file = std::fopen(localPath(name).c_str(), "w");
   if (file != nullptr) files_.emplace_back(file);
   return file;
 }

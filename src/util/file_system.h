@@ -8,6 +8,12 @@
 
 namespace ombrin {
 
+// A name in which "/" and "\" both separate directories, as this system's own operations take it.
+std::string localPath(std::string_view name);
+
+// What such a name ends in: the file's name without its directories.
+std::string_view lastPart(std::string_view name);
+
 // Creates the directory `path` and those above it; "/" and "\" both separate. A directory that
 // exists already is no error. Any other failure prints a diagnosis to standard error and returns
 // false at once.

@@ -48,7 +48,7 @@ class BitbasesTest : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(bitbases_.open(LIBRARIES + "complete"));
-    ASSERT_TRUE(library_.open(LIBRARIES + "complete\\egbbdll.dll"));
+    ASSERT_TRUE(library_.open(LIBRARIES + "complete/egbbdll.dll"));
     fake_ = library_.function<FakeLibraryFunction>("fake_library")();
     *fake_ = {};
   }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -38,10 +37,8 @@ class SharedLibraryTest : public testing::Test {
   const std::string original_ = loadedLibrary();
 };
 
-TEST_F(SharedLibraryTest, ANameIsAPathAndABackslashSeparates) {
-  std::string backslashed = (directory_.path() / "own.so").string();
-  std::replace(backslashed.begin(), backslashed.end(), '/', '\\');
-  for (const std::string& path : {std::string("own.so"), std::string(".\\own.so"), backslashed}) {
+TEST_F(SharedLibraryTest, ANameIsAPath) {
+  for (const std::string& path : {std::string("own.so"), (directory_.path() / "own.so").string()}) {
     SharedLibrary library;
     ASSERT_TRUE(library.open(path)) << path;
     auto* const cosine = library.function<double(double)>("cos");

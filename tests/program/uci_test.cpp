@@ -281,13 +281,13 @@ TEST(Uci, ReportsOptionsThatAreNone) {
 }
 
 TEST(Uci, LogsToTheNextFreeFile) {
-  Session session("uci.logdir=logs/deep\nsearch.nthreads=1\n");
+  Session session("uci.logdir=logs\\deep\nsearch.nthreads=1\n");
   session.ask("");
   std::filesystem::create_directories(session.directory() / "logs/deep");
   for (const char* taken : {"ombrin-0000.log", "ombrin-0001.log"}) {
     std::ofstream(session.directory() / "logs/deep" / taken) << "taken";
   }
-  EXPECT_TRUE(contains(session.ask("uci"), "file=logs/deep/ombrin-0002.log"));
+  EXPECT_TRUE(contains(session.ask("uci"), "file=logs\\deep/ombrin-0002.log"));
   session.send("setoption name Foo");
   session.send("position startpos moves e2e4");
   session.send("go movetime 20");
