@@ -68,12 +68,43 @@ void sortByKey(std::span<Move> moves, Keys& keys) {
 
 }  // namespace
 
-void MovePicker::startMain(Move hashMove, Move threat) {
-  hashMove_ = hashMove;
-  threat_ = threat;
-  stage_ = CAPTURES;
-  current_ = room_.data();
-  orderMainCaptures(genCaptures(board_, current_));
+MovePicker::MovePicker(SearchThread& thread, int ply, Stage stage)
+    : thread_(thread),
+      board_(thread.board),
+      ply_(ply),
+      room_(thread.moveRoom(ply)),
+      stage_(stage),
+      current_(room_.data()),
+      end_(current_) {}
+
+MovePicker MovePicker::main(SearchThread& thread, int ply, Move hashMove, Move threat) {
+  MovePicker picker(thread, ply, Stage::CAPTURES);
+  picker.excluded_ = hashMove;
+  picker.threat_ = threat;
+  picker.orderMainCaptures(genCaptures(picker.board_, picker.current_));
+  return picker;
+}
+
+MovePicker MovePicker::evasions(SearchThread& thread, int ply, Move lastMove, Move hashMove) {
+  MovePicker picker(thread, ply, Stage::UNORDERED_EVASIONS);
+  picker.hashMove_ = hashMove;
+  picker.evasionsEnd_ = genEvasions(picker.board_, picker.current_, lastMove);
+  return picker;
+}
+
+MovePicker MovePicker::quiescence(SearchThread& thread, int ply, int threshold, bool checks,
+                                  Move hashMove) {
+  MovePicker picker(thread, ply, Stage::QUIESCENCE);
+  picker.checks_ = checks;
+  picker.hashMove_ = hashMove;
+  picker.orderQuiescence(genCaptures(picker.board_, picker.current_), threshold);
+  return picker;
+}
+
+MovePicker MovePicker::all(SearchThread& thread, int ply) {
+  MovePicker picker(thread, ply, Stage::ALL);
+  picker.end_ = genMoves(picker.board_, picker.current_);
+  return picker;
 }
 
 // Captures of the threatening piece come first, losing ones go behind the quiet moves.
@@ -83,7 +114,7 @@ void MovePicker::orderMainCaptures(Move* end) {
   losing_ = losingEnd_ = end;
   end_ = current_;
   for (const Move move : std::span(current_, end)) {
-    if (move.isSameAs(hashMove_)) continue;
+    if (move.isSameAs(excluded_)) continue;
     const bool loses = losesMaterial(board_, board_.side, move);
     const bool takesThreat = threat_ && move.to() == threat_.from();
     if (loses && !takesThreat) {
@@ -97,25 +128,17 @@ void MovePicker::orderMainCaptures(Move* end) {
   sortByKey({current_, end_}, keys);
 }
 
-int MovePicker::startEvasions(Move lastMove) {
-  stage_ = EVASIONS;
-  hashMove_ = NULL_MOVE;
-  current_ = room_.data();
-  end_ = genEvasions(board_, current_, lastMove);
-  return static_cast<int>(end_ - current_);
+void MovePicker::dropQuietEvasions() {
+  evasionsEnd_ =
+      std::remove_if(room_.data(), evasionsEnd_, [](Move move) { return move.isQuiet(); });
 }
 
-int MovePicker::dropQuietEvasions() {
-  end_ = std::remove_if(current_, end_, [](Move move) { return move.isQuiet(); });
-  return static_cast<int>(end_ - current_);
-}
-
-void MovePicker::orderEvasions(Move hashMove) {
+void MovePicker::orderEvasions() {
   const Square king = board_.kingSquare(board_.side);
   Keys keys;
-  for (int i = 0; i < end_ - current_; ++i) {
+  for (int i = 0; i < evasionCount(); ++i) {
     const Move move = current_[i];
-    if (move.isSameAs(hashMove)) {
+    if (move.isSameAs(hashMove_)) {
       keys[i] = HASH_MOVE_KEY;
     } else if (move.from() == king) {
       keys[i] = 65536 * move.captured().value() + kingTable(move.to()) - kingTable(king);
@@ -126,27 +149,22 @@ void MovePicker::orderEvasions(Move hashMove) {
   sortByKey({current_, end_}, keys);
 }
 
-int MovePicker::startQuiescence(int threshold, bool checks, Move hashMove) {
-  stage_ = QUIESCENCE;
-  hashMove_ = NULL_MOVE;
-  current_ = room_.data();
-  end_ = current_;
+void MovePicker::orderQuiescence(Move* end, int threshold) {
   const Color side = board_.side;
   const Square king = board_.kingSquare(~side);
   const Move lastCut = thread_.lastCut[ply_];
-  int largestPruned = 0;
   Keys keys;
-  for (const Move move : std::span(current_, genCaptures(board_, current_))) {
+  for (const Move move : std::span(current_, end)) {
     const int victim = move.captured().value();
     int key = 0;
-    if (hashMove && move.isSameAs(hashMove)) {
+    if (hashMove_ && move.isSameAs(hashMove_)) {
       key = HASH_MOVE_KEY;
     } else if (discoversCheck(board_, king, move.from(), move.to())) {
       key = victim + 1;
     } else {
       if (threshold > 0 && !move.isPromotion() && 100 * victim < threshold &&
-          !(checks && willAttack(board_, move, king))) {
-        largestPruned = std::max(largestPruned, 100 * victim);
+          !(checks_ && willAttack(board_, move, king))) {
+        largestPruned_ = std::max(largestPruned_, 100 * victim);
         continue;
       }
       if (losesMaterial(board_, side, move)) continue;
@@ -156,22 +174,13 @@ int MovePicker::startQuiescence(int threshold, bool checks, Move hashMove) {
     *end_++ = move;
   }
   sortByKey({current_, end_}, keys);
-  return largestPruned;
-}
-
-void MovePicker::startAll() {
-  stage_ = QUIESCENCE_DONE;
-  hashMove_ = NULL_MOVE;
-  current_ = room_.data();
-  end_ = genMoves(board_, current_);
 }
 
 Move MovePicker::next() {
   do {
     while (current_ != end_) {
       const Move move = *current_++;
-      if (!move || move.isSameAs(hashMove_)) continue;
-      return move;
+      if (move && !move.isSameAs(excluded_)) return move;
     }
   } while (nextBatch());
   return NULL_MOVE;
@@ -184,42 +193,51 @@ void MovePicker::prefetchNext() const {
 // Moves on to the next stage that has moves.
 bool MovePicker::nextBatch() {
   switch (stage_) {
-    case CAPTURES:
-      stage_ = KILLER1;
+    case Stage::CAPTURES:
+      stage_ = Stage::KILLER1;
       if (killerBatch(thread_.killers[ply_].first)) return true;
       [[fallthrough]];
-    case KILLER1:
-      stage_ = KILLER2;
+    case Stage::KILLER1:
+      stage_ = Stage::KILLER2;
       if (killerBatch(thread_.killers[ply_].second)) return true;
       [[fallthrough]];
-    case KILLER2:
-      stage_ = QUIET;
+    case Stage::KILLER2:
+      stage_ = Stage::QUIET;
       if (quietBatch()) return true;
       [[fallthrough]];
-    case QUIET:
-      stage_ = LOSING_CAPTURES;
+    case Stage::QUIET:
+      stage_ = Stage::LOSING_CAPTURES;
       current_ = losing_;
       end_ = losingEnd_;
       if (current_ != end_) return true;
       [[fallthrough]];
-    case LOSING_CAPTURES:
-      stage_ = KING_MOVES;
+    case Stage::LOSING_CAPTURES:
+      stage_ = Stage::KING_MOVES;
       current_ = room_.data();
       end_ = genKingQuiet(board_, current_);
       return current_ != end_;
-    case QUIESCENCE:
-      if (!quietChecks_) return false;
-      stage_ = DISCOVERED_CHECKS;
+    case Stage::UNORDERED_EVASIONS:
+      stage_ = Stage::EVASIONS;
+      end_ = evasionsEnd_;
+      orderEvasions();
+      return current_ != end_;
+    case Stage::QUIESCENCE:
+      if (!checks_) return false;
+      stage_ = Stage::DISCOVERED_CHECKS;
       current_ = room_.data();
       end_ = genDiscoveredQuiet(board_, current_);
       if (current_ != end_) return true;
       [[fallthrough]];
-    case DISCOVERED_CHECKS:
-      stage_ = QUIET_CHECKS;
+    case Stage::DISCOVERED_CHECKS:
+      stage_ = Stage::QUIET_CHECKS;
       return quietCheckBatch();
-    default:
+    case Stage::KING_MOVES:
+    case Stage::EVASIONS:
+    case Stage::QUIET_CHECKS:
+    case Stage::ALL:
       return false;
   }
+  return false;
 }
 
 bool MovePicker::killerBatch(Move killer) {

@@ -10,65 +10,68 @@ namespace ombrin {
 
 // Hands out the moves of one node in the order in which they are worth searching, stage by stage,
 // so that what a refutation makes superfluous is never generated. Moves may be only pseudo-legal:
-// ask uncovers() of each that is not an evasion, and makeMove. One of the start functions comes
-// first.
+// ask uncovers() of each that is not an evasion, and makeMove.
 //
 // Works in the thread's move room of its ply, so a ply has one picker at a time.
 class MovePicker {
  public:
-  enum Stage {
-    CAPTURES = 1,
+  // The main search, not in check: everything but `hashMove`. The threat is what the opponent would
+  // play after a null move, null when not known.
+  static MovePicker main(SearchThread& thread, int ply, Move hashMove, Move threat);
+  // All moves out of the check that `lastMove` gives, the hash move first.
+  static MovePicker evasions(SearchThread& thread, int ply, Move lastMove, Move hashMove);
+  // Quiescence: captures that lose nothing, leaving out those too small to matter, then quiet
+  // checks if `checks` is set. A capture is too small when 100 times its victim's value is below a
+  // positive threshold, unless it gives check and checks are wanted.
+  static MovePicker quiescence(SearchThread& thread, int ply, int threshold, bool checks,
+                               Move hashMove);
+  // Quiescence: all moves, as they come.
+  static MovePicker all(SearchThread& thread, int ply);
+
+  // The next move, null when there are none left.
+  Move next();
+  // Asks the memory for the table's entries behind the move that comes after that one. For moves
+  // that are searched: meanwhile they arrive.
+  void prefetchNext() const;
+
+  // Where the move that next() gave last comes from. Evasions are neither captures nor killers
+  // here.
+  bool isCapture() const { return stage_ == Stage::CAPTURES; }
+  bool isKiller() const { return stage_ == Stage::KILLER1 || stage_ == Stage::KILLER2; }
+
+  // Evasions, before the first next(): how many there are, and without those that neither capture
+  // nor promote.
+  int evasionCount() const { return static_cast<int>(evasionsEnd_ - room_.data()); }
+  void dropQuietEvasions();
+  // Quiescence: 100 times the value of the biggest victim that was left out, 0 when there was none.
+  int largestPruned() const { return largestPruned_; }
+
+ private:
+  // What the moves at hand are; nextBatch() goes from each stage to the one behind it.
+  enum class Stage {
+    CAPTURES,
     KILLER1,
     KILLER2,
     QUIET,
     LOSING_CAPTURES,
     KING_MOVES,
-    DONE,
+    UNORDERED_EVASIONS,
     EVASIONS,
-    QUIESCENCE = 10,
+    QUIESCENCE,
     DISCOVERED_CHECKS,
     QUIET_CHECKS,
-    QUIESCENCE_DONE,
+    ALL,
   };
 
-  MovePicker(SearchThread& thread, int ply)
-      : thread_(thread), board_(thread.board), ply_(ply), room_(thread.moveRoom(ply)) {}
+  MovePicker(SearchThread& thread, int ply, Stage stage);
 
-  // The main search, not in check: everything but `hashMove`. The threat is what the opponent would
-  // play after a null move, null when not known.
-  void startMain(Move hashMove, Move threat);
-
-  // All moves out of the check that lastMove gives; orderEvasions() sorts them. Returns how
-  // many there are.
-  int startEvasions(Move lastMove);
-  // Drops the evasions that neither capture nor promote and returns how many remain.
-  int dropQuietEvasions();
-  void orderEvasions(Move hashMove);
-
-  // Quiescence: captures that lose nothing, leaving out those too small to matter. A capture is too
-  // small when 100 times its victim's value is below a positive threshold, unless it gives check
-  // and checks is set. Returns the largest of those values that was left out, 0 when none was.
-  int startQuiescence(int threshold, bool checks, Move hashMove);
-  // With captures done, quiet checks follow.
-  void allowQuietChecks() { quietChecks_ = true; }
-
-  // Quiescence: all legal moves, as they come.
-  void startAll();
-
-  // The next move, null when there are none left.
-  Move next();
-  // Where the move that next() gave last comes from.
-  Stage stage() const { return stage_; }
-  // Asks the memory for the table's entries behind the move that comes after that one. For moves
-  // that are searched: meanwhile they arrive.
-  void prefetchNext() const;
-
- private:
   bool nextBatch();
   bool killerBatch(Move killer);
   bool quietBatch();
   bool quietCheckBatch();
   void orderMainCaptures(Move* end);
+  void orderEvasions();
+  void orderQuiescence(Move* end, int threshold);
   void blankKillers();
   void promoteQuiet();
 
@@ -76,14 +79,17 @@ class MovePicker {
   Board& board_;
   int ply_;
   std::span<Move, SearchThread::MOVE_ROOM> room_;
-  Stage stage_ = DONE;
-  bool quietChecks_ = false;
-  Move hashMove_;  // left out
+  Stage stage_;
+  bool checks_ = false;
+  int largestPruned_ = 0;
+  Move excluded_;
+  Move hashMove_;  // comes first
   Move threat_;
   Move* current_ = nullptr;
   Move* end_ = nullptr;
   Move* losing_ = nullptr;
   Move* losingEnd_ = nullptr;
+  Move* evasionsEnd_ = nullptr;
 };
 
 }  // namespace ombrin

@@ -92,26 +92,26 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
     }
   }
 
-  MovePicker picker(thread, ply);
+  std::optional<MovePicker> moves;
   Score best = -MATE;
   int childBudget = budget;
   if (inCheck) {
     // Step 8. In check: the evasions, quiet ones only where the static score is near enough.
-    int evasions = picker.startEvasions(lastMove);
+    MovePicker& picker = moves.emplace(MovePicker::evasions(thread, ply, lastMove, hashMove));
+    const int evasions = picker.evasionCount();
     if (nullWindow && evasions > 0) {
       const Score score = thread.evaluator.evaluate();
       if (alpha > score + EVASION_MARGIN) {
-        const int remaining = picker.dropQuietEvasions();
-        if (remaining < evasions) best = score;
-        evasions = remaining;
+        picker.dropQuietEvasions();
+        if (picker.evasionCount() < evasions) best = score;
       }
     }
-    picker.orderEvasions(hashMove);
-    if (budget < QUIESCENCE_BUDGET && evasions != 2) childBudget = evasions < 2 ? 1 : 0;
+    const int left = picker.evasionCount();
+    if (budget < QUIESCENCE_BUDGET && left != 2) childBudget = left < 2 ? 1 : 0;
   } else if (lastMove.isXray()) {
     // Step 9. A slider aims at the king through one piece: every move counts, and nothing stands
     // pat.
-    picker.startAll();
+    moves.emplace(MovePicker::all(thread, ply));
     childBudget = 0;
     storedDepth = 1;
   } else {
@@ -130,9 +130,8 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
     const bool prunes =
         nullWindow && board.WhiteMaterial.hasSlider() && board.BlackMaterial.hasSlider();
     const int threshold = prunes ? (alpha - best).value() - DELTA_MARGIN : 0;
-    const int pruned = picker.startQuiescence(threshold, budget > 0, hashMove);
-    if (pruned > 0) best = best + pruned + DELTA_MARGIN;
-    if (budget > 0) picker.allowQuietChecks();
+    moves.emplace(MovePicker::quiescence(thread, ply, threshold, budget > 0, hashMove));
+    if (moves->largestPruned() > 0) best = best + moves->largestPruned() + DELTA_MARGIN;
     childBudget = budget / 4;
   }
 
@@ -140,8 +139,8 @@ Score quiesce(SearchThread& thread, int ply, Score alpha, Score beta, int budget
   const SavedState saved = board.save();
   const Square king = board.kingSquare(side);
   Move bestMove;
-  while (Move move = picker.next()) {
-    picker.prefetchNext();
+  while (Move move = moves->next()) {
+    moves->prefetchNext();
     if (uncovers(board, king, move.from(), move.to())) continue;
     state.tt.prefetchAfter(board, move);
     move = makeMove(board, move);

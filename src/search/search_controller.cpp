@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "search/parallel_search.h"
 #include "search/root_search.h"
+#include "search/workers.h"
 #include "util/log.h"
 #include "util/print.h"
 

@@ -20,18 +20,17 @@ class MovePickerTest : public testing::Test, protected TestThread {
   using Texts = std::vector<std::string>;
   static constexpr int PLY = 5;
 
-  std::vector<Move> rest(MovePicker& picker) {
+  std::vector<Move> rest(MovePicker picker) {
     std::vector<Move> moves;
     while (const Move move = picker.next()) moves.push_back(move);
     return moves;
   }
-  // What a node of the main search gets in that stage.
-  std::vector<Move> handedIn(int stage, Move threat = NULL_MOVE) {
-    MovePicker picker(thread, PLY);
-    picker.startMain(NULL_MOVE, threat);
+  // The quiet moves and what comes behind them in a node of the main search.
+  std::vector<Move> lateMoves(Move threat) {
+    MovePicker picker = MovePicker::main(thread, PLY, NULL_MOVE, threat);
     std::vector<Move> moves;
     while (const Move move = picker.next()) {
-      if (picker.stage() == stage) moves.push_back(move);
+      if (!picker.isCapture() && !picker.isKiller()) moves.push_back(move);
     }
     return moves;
   }
@@ -72,11 +71,10 @@ TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
       return list.empty() ? NULL_MOVE : list[random() % list.size()].identity();
     };
 
-    MovePicker picker(thread, PLY);
     std::vector<Move> handed;
     if (lastMove.isCheck()) {
-      EXPECT_EQ(picker.startEvasions(lastMove), static_cast<int>(moves.size()));
-      picker.orderEvasions(anyOf(moves));
+      const MovePicker picker = MovePicker::evasions(thread, PLY, lastMove, anyOf(moves));
+      EXPECT_EQ(picker.evasionCount(), static_cast<int>(moves.size()));
       handed = rest(picker);
     } else {
       const Move hashMove = random() % 2 == 0 ? anyOf(moves) : NULL_MOVE;
@@ -95,8 +93,7 @@ TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
       makeNullMove(board);
       const Move threat = anyOf(pseudoLegalMoves(board, NULL_MOVE));
       unmakeNullMove(board, saved);
-      picker.startMain(hashMove, threat);
-      handed = rest(picker);
+      handed = rest(MovePicker::main(thread, PLY, hashMove, threat));
       if (hashMove) handed.push_back(hashMove);
     }
     ASSERT_EQ(playable(handed), expected) << writeFen(board);
@@ -105,37 +102,24 @@ TEST_F(MovePickerTest, HandsOutEveryLegalMoveOnce) {
 
 TEST_F(MovePickerTest, OrdersTheMainStages) {
   // Winning captures, killers, quiet moves, losing captures, king moves.
-  setUp("4k3/3p4/2n1q3/8/3P1N2/8/P7/R5K1 w - -");
+  setUp("4k3/3p4/2n1q3/8/3P1N2/2Q5/P7/6K1 w - -");
   thread.killers[PLY] = {read("a2a4"), read("f4h5")};
-  MovePicker picker(thread, PLY);
-  picker.startMain(NULL_MOVE, NULL_MOVE);
-  Texts order;
-  std::vector<int> stages;
-  while (const Move move = picker.next()) {
-    order.push_back(moveToText(move));
-    stages.push_back(picker.stage());
-  }
-  EXPECT_TRUE(std::is_sorted(stages.begin(), stages.end()));
-  ASSERT_GT(order.size(), 4U);
-  EXPECT_EQ(order[0], "f4xe6");
-  EXPECT_EQ(order[1], "a2a4");
-  EXPECT_EQ(order[2], "f4h5");
-  EXPECT_EQ(stages.back(), MovePicker::KING_MOVES);
-}
-
-TEST_F(MovePickerTest, SetsLosingCapturesBackUnlessTheyTakeTheThreat) {
-  setUp("4k3/3p4/2n5/8/8/2Q5/8/4K3 w - -");
-  const Texts losing = {"c3xc6"};
-  const Move threat(read("c3c6").to(), E1);
-  EXPECT_EQ(texts(handedIn(MovePicker::LOSING_CAPTURES)), losing);
-  EXPECT_EQ(texts(handedIn(MovePicker::CAPTURES, threat)), losing);
+  Texts order = texts(rest(MovePicker::main(thread, PLY, NULL_MOVE, NULL_MOVE)));
+  ASSERT_GT(order.size(), 9U);
+  EXPECT_EQ(Texts(order.begin(), order.begin() + 3), (Texts{"f4xe6", "a2a4", "f4h5"}));
+  EXPECT_EQ(order[order.size() - 6], "c3xc6");
+  // The capture of the piece that threatens comes first, lose what it may.
+  const Move threat(Square::at(2, 5), Square::at(3, 3));
+  order = texts(rest(MovePicker::main(thread, PLY, NULL_MOVE, threat)));
+  EXPECT_EQ(Texts(order.begin(), order.begin() + 2), (Texts{"f4xe6", "c3xc6"}));
 }
 
 TEST_F(MovePickerTest, AnswersTheThreatFirstAndChecksLast) {
   // The bishop on g5 threatens the rook on d2: it moves away, or something comes between.
   setUp("k7/8/8/6b1/8/7P/3R4/K5N1 w - -");
   const Move threat(Square::at(6, 4), Square::at(3, 1));
-  const std::vector<Move> quiet = handedIn(MovePicker::QUIET, threat);
+  std::vector<Move> quiet = lateMoves(threat);
+  std::erase_if(quiet, [&](Move move) { return board.at(move.from()).type() == KING; });
   ASSERT_FALSE(quiet.empty());
   const auto answers = [&](Move move) {
     const bool away = move.from() == Square::at(3, 1);
@@ -147,8 +131,9 @@ TEST_F(MovePickerTest, AnswersTheThreatFirstAndChecksLast) {
   EXPECT_FALSE(answers(quiet.back()));
 
   setUp("k7/8/8/8/8/3R4/8/K7 w - -");
-  Texts order = texts(handedIn(MovePicker::QUIET));
-  ASSERT_EQ(order.size(), 14U);
+  Texts order = texts(lateMoves(NULL_MOVE));
+  ASSERT_EQ(order.size(), 17U);
+  order.resize(14);  // the king's moves follow
   std::sort(order.end() - 2, order.end());
   EXPECT_EQ(order[12], "d3a3");
   EXPECT_EQ(order[13], "d3d8");
@@ -160,18 +145,14 @@ TEST_F(MovePickerTest, OrdersEvasions) {
   const Move check(Square::at(4, 4), Square::at(3, 2));
   const Move lastMove = check.with(Move::CHECK);
   const auto first = [&](Move hashMove) {
-    MovePicker picker(thread, PLY);
-    picker.startEvasions(lastMove);
-    picker.orderEvasions(hashMove);
-    return moveToText(picker.next());
+    return moveToText(MovePicker::evasions(thread, PLY, lastMove, hashMove).next());
   };
   EXPECT_EQ(first(NULL_MOVE), "c2xd3");
   EXPECT_EQ(first(Move(E1, E1 + UP)), "e1e2");
 
-  MovePicker captures(thread, PLY);
-  ASSERT_GT(captures.startEvasions(lastMove), 1);
-  EXPECT_EQ(captures.dropQuietEvasions(), 1);
-  captures.orderEvasions(NULL_MOVE);
+  MovePicker captures = MovePicker::evasions(thread, PLY, lastMove, NULL_MOVE);
+  ASSERT_GT(captures.evasionCount(), 1);
+  captures.dropQuietEvasions();
   EXPECT_EQ(texts(rest(captures)), Texts{"c2xd3"});
 }
 
@@ -179,9 +160,11 @@ TEST_F(MovePickerTest, LeavesOutHopelessCapturesInQuiescence) {
   // A pawn and a knight to take for nothing, and a pawn that costs the queen.
   setUp("6k1/5p2/8/p2n3p/8/1B6/8/R2Q3K w - -");
   const auto captures = [&](int threshold, bool checks, Move hashMove, int expectedPruned) {
-    MovePicker picker(thread, PLY);
-    EXPECT_EQ(picker.startQuiescence(threshold, checks, hashMove), expectedPruned);
-    return texts(rest(picker));
+    const MovePicker picker = MovePicker::quiescence(thread, PLY, threshold, checks, hashMove);
+    EXPECT_EQ(picker.largestPruned(), expectedPruned);
+    std::vector<Move> moves = rest(picker);
+    std::erase_if(moves, [](Move move) { return !move.isCapture(); });
+    return texts(moves);
   };
   const Texts all = captures(0, false, NULL_MOVE, 0);
   ASSERT_EQ(all.size(), 4U);
@@ -199,15 +182,9 @@ TEST_F(MovePickerTest, LeavesOutHopelessCapturesInQuiescence) {
 
 TEST_F(MovePickerTest, FollowsCapturesByQuietChecks) {
   setUp("6k1/8/8/8/8/4N3/4B3/4R2K w - -");
-  MovePicker silent(thread, PLY);
-  silent.startQuiescence(0, true, NULL_MOVE);
-  EXPECT_EQ(rest(silent), std::vector<Move>{});
-  MovePicker picker(thread, PLY);
-  picker.startQuiescence(0, true, NULL_MOVE);
-  picker.allowQuietChecks();
-  const std::vector<Move> moves = rest(picker);
+  EXPECT_EQ(rest(MovePicker::quiescence(thread, PLY, 0, false, NULL_MOVE)), std::vector<Move>{});
+  const std::vector<Move> moves = rest(MovePicker::quiescence(thread, PLY, 0, true, NULL_MOVE));
   ASSERT_FALSE(moves.empty());
-  EXPECT_EQ(picker.stage(), MovePicker::QUIET_CHECKS);
   for (const Move move : moves) {
     Move copy = move;
     EXPECT_TRUE(givesCheck(board, copy, board.kingSquare(BLACK))) << moveToText(move);

@@ -1,11 +1,10 @@
-#include "search/parallel_search.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
 #include "search/search_fixture.h"
+#include "search/workers.h"
 
 namespace ombrin {
 namespace {

@@ -1,23 +1,17 @@
-#include "search/parallel_search.h"
+#include "search/split_node.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <mutex>
 
-#include "board/attacks.h"
 #include "board/make_move.h"
-#include "search/alpha_beta.h"
-#include "search/node.h"
-#include "search/selectivity.h"
-#include "util/log.h"
-#include "util/print.h"
+#include "search/move_picker.h"
+#include "search/search_state.h"
 
 namespace ombrin {
 
 namespace {
 
-constexpr LogChannel SMP_LOG{"smp"};
 // Split nodes above one another: more than all threads together can have open.
 constexpr int MAX_CHAIN = 63;
 
@@ -72,15 +66,6 @@ int threadsAt(const SplitNode& node) {
   return node.threads.load(std::memory_order_acquire);
 }
 
-// Ends an abort: what still stops the thread is the end of the search. See SearchState::requestStop
-// for the order.
-void resume(SearchThread& thread) {
-  thread.stop.store(false, std::memory_order_seq_cst);
-  if (thread.state.stopped.load(std::memory_order_seq_cst)) {
-    thread.stop.store(true, std::memory_order_seq_cst);
-  }
-}
-
 // The moves that a thread has made to get from one node to another one below it.
 class Replay {
  public:
@@ -89,7 +74,7 @@ class Replay {
     for (SpinWait wait; node.state.load(std::memory_order_acquire) < SplitNode::PATH_READY;) {
       wait.pause();
     }
-    for (; from < node.ply; ++from) {
+    for (; from < node.terms.ply; ++from) {
       moves_[count_] = node.path[from];
       saved_[count_] = board_.save();
       if (moves_[count_]) {
@@ -134,14 +119,15 @@ bool mayHelp(const SearchThread& idle, const SplitNode* parent, int threadCount)
 // Fills in what the joined threads wait for: the way to the node first, then the moves.
 void fillIn(SearchThread& thread, SplitNode& node, Move move, MovePicker& picker) {
   const Board& board = thread.board;
-  std::copy_n(board.moveHistory.begin() + (board.ply - node.ply), node.ply, node.path.begin());
+  const int ply = node.terms.ply;
+  std::copy_n(board.moveHistory.begin() + (board.ply - ply), ply, node.path.begin());
   node.state.store(SplitNode::PATH_READY, std::memory_order_release);
 
   int count = 0;
   node.killerStart = node.quietStart = 0;
   for (; move; move = picker.next()) {
-    if (picker.stage() < MovePicker::KILLER1) node.killerStart = count + 1;
-    if (picker.stage() < MovePicker::QUIET) node.quietStart = count + 1;
+    if (picker.isCapture()) node.killerStart = count + 1;
+    if (picker.isCapture() || picker.isKiller()) node.quietStart = count + 1;
     node.moves[count++] = move;
   }
   node.moves[count] = NULL_MOVE;
@@ -156,20 +142,14 @@ void waitForMoves(const SplitNode& node) {
   }
 }
 
-// The next move to search, with its number; the null move when there is none.
-Move takeMove(SplitNode& node, int& number) {
-  number = node.next.fetch_add(1, std::memory_order_relaxed);
-  return number < node.end.load(std::memory_order_relaxed) ? node.moves[number] : NULL_MOVE;
-}
-
 // After an abort: is it for a node further up? Then the thread stays stopped, else it goes on.
 void reconsiderStop(SearchThread& thread) {
   const std::lock_guard lock(thread.lock);
   const SplitNode* failed = nullptr;
   for (const SplitNode* node = currentNode(thread); node != nullptr; node = parentOf(*node)) {
-    if (node->currentBest() >= node->beta) failed = node;
+    if (node->currentBest() >= node->terms.beta) failed = node;
   }
-  thread.abortMark = failed != nullptr ? failed->ply : 0;
+  thread.abortMark = failed != nullptr ? failed->terms.ply : 0;
   if (failed != nullptr) {
     thread.stop.store(true, std::memory_order_seq_cst);
   } else {
@@ -204,9 +184,9 @@ void helpWhileWaiting(SearchThread& thread, SplitNode& own) {
     if (node == nullptr && !thread.isStopped()) return;
     if (node != nullptr) {
       if (!thread.isStopped() && threadsAt(own) > 1) {
-        const Replay replay(thread, *node, own.ply);
+        const Replay replay(thread, *node, own.terms.ply);
         waitForMoves(*node);
-        splitNodeSearch(thread, *node);
+        node->search(thread, *node);
       }
       const std::lock_guard lock(thread.state.splitLock);
       setCurrentNode(thread, &own);
@@ -214,29 +194,6 @@ void helpWhileWaiting(SearchThread& thread, SplitNode& own) {
     }
     if (thread.isStopped()) reconsiderStop(thread);
   }
-}
-
-// A worker's turn at the node it has been assigned to.
-void workAt(SearchThread& thread, SplitNode& node) {
-  SearchCounters& counters = thread.counters;
-  const std::uint64_t waitedBefore = counters.waitTime.value();
-  Counter busy;
-  Counter whole;
-  {
-    const Stopwatch wholeTime(whole);
-    if (!thread.isStopped()) {
-      const Replay replay(thread, node, 0);
-      waitForMoves(node);
-      const Stopwatch busyTime(busy);
-      splitNodeSearch(thread, node);
-    }
-    const std::lock_guard lock(thread.state.splitLock);
-    setCurrentNode(thread, nullptr);
-    leave(node);
-  }
-  const std::uint64_t waited = counters.waitTime.value() - waitedBefore;
-  counters.workTime += busy.value() - std::min(busy.value(), waited);
-  counters.adminTime += whole.value() - busy.value();
 }
 
 }  // namespace
@@ -277,15 +234,10 @@ SplitNode* trySplit(SearchThread& thread) {
   return &node;
 }
 
-NodeResult searchSplit(SearchThread& thread, SplitNode& node, const NodeTerms& terms, NodeType type,
-                       int ply, Score beta, const NodeResult& soFar, Move move,
-                       MovePicker& picker) {
+Verdict searchSplit(SearchThread& thread, SplitNode& node, const Verdict& soFar, Move move,
+                    MovePicker& picker) {
   // Step 1. Hand the node over.
   ++thread.splitNodesInUse;
-  node.terms = terms;
-  node.type = type;
-  node.ply = ply;
-  node.beta = beta;
   node.alpha.store(soFar.alpha, std::memory_order_relaxed);
   node.best.store(soFar.best, std::memory_order_relaxed);
   node.bestMove = soFar.bestMove;
@@ -293,8 +245,8 @@ NodeResult searchSplit(SearchThread& thread, SplitNode& node, const NodeTerms& t
 
   // Step 2. Search a share of it, and help the others with theirs.
   const std::uint64_t nodesBefore = thread.counters.nodes();
-  splitNodeSearch(thread, node);
-  if (!thread.isStopped() && threadsAt(node) > 1 && node.currentBest() < beta) {
+  node.search(thread, node);
+  if (!thread.isStopped() && threadsAt(node) > 1 && node.currentBest() < node.terms.beta) {
     helpWhileWaiting(thread, node);
   }
   thread.counters.splitnodes += thread.counters.nodes() - nodesBefore;
@@ -311,100 +263,12 @@ NodeResult searchSplit(SearchThread& thread, SplitNode& node, const NodeTerms& t
   // Step 4. An abort of this node or one below it ends here.
   {
     const std::lock_guard lock(thread.lock);
-    if (thread.abortMark != 0 && ply <= thread.abortMark) {
+    if (thread.abortMark != 0 && node.terms.ply <= thread.abortMark) {
       thread.abortMark = 0;
       resume(thread);
     }
   }
   return {node.currentAlpha(), node.currentBest(), node.bestMove};
-}
-
-void splitNodeSearch(SearchThread& thread, SplitNode& node) {
-  Board& board = thread.board;
-  SearchCounters& counters = thread.counters;
-  const NodeTerms& terms = node.terms;
-  const NodeType type = node.type;
-  const int ply = node.ply;
-  const Score beta = node.beta;
-  const SavedState saved = board.save();
-  const Square king = board.kingSquare(board.side);
-  Score best = node.currentBest();
-  Move bestMove;
-
-  while (!thread.isStopped()) {
-    // Step 1. Take a move; when there are none left, leave behind what came of one's own.
-    int number = 0;
-    Move move = takeMove(node, number);
-    if (!move) {
-      if (best <= node.currentBest()) return;
-      const std::lock_guard lock(node.lock);
-      if (best <= node.currentBest()) return;
-      node.best.store(best, std::memory_order_relaxed);
-      if (bestMove) node.bestMove = bestMove;
-      return;
-    }
-
-    // Step 2. Moves that need no search.
-    if (!terms.inCheck() && uncovers(board, king, move.from(), move.to())) continue;
-    const Score alpha = node.currentAlpha();
-    if (alpha >= beta) return;
-    if (type == ALL_NODE && number >= node.killerStart && isFutile(board, terms, alpha, move)) {
-      best = std::max(best, terms.futility);
-      ++counters.pnodes;
-      continue;
-    }
-
-    // Step 3. Make it; extensions.
-    const bool isLate =
-        terms.mayReduce && number >= node.quietStart && !isActive(board, terms, move);
-    thread.state.tt.prefetchAfter(board, move);
-    move = makeMove(board, move);
-    if (!move) continue;
-    ++counters.splitmoves;
-    thread.evaluator.prefetchPawnEntry();
-    const int extended = extension(board, terms, type, move, 3);
-    const int depth = terms.newDepth + extended;
-
-    // Step 4. Search it, a late move with less depth first.
-    bool open = true;
-    Score score;
-    if (isLate && extended == 0 && !move.isCheck()) {
-      ++counters.reducetries;
-      score = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, depth - 1, move.with(Move::REDUCED),
-                         CUT_NODE);
-      open = score > alpha && !thread.isStopped();
-      if (open) ++counters.reducefails;
-    }
-    if (open && alpha + 1 < beta) {
-      score = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, depth, move, CUT_NODE);
-      open = score > alpha && !thread.isStopped();
-      if (open) score = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, move, PV_NODE);
-    } else if (open) {
-      score = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, move, -type);
-    }
-    unmakeMove(board, move, saved);
-    if (thread.isStopped()) return;
-
-    // Step 5. See what it was worth.
-    if (score >= beta) {
-      abortSplit(thread, node, move, score);
-      ++counters.cutnodes;
-      return;
-    }
-    if (score <= best) continue;
-    best = score;
-    bestMove = move;
-    if (score > alpha) {
-      const std::lock_guard lock(node.lock);
-      if (score > node.currentAlpha()) {
-        node.alpha.store(score, std::memory_order_relaxed);
-        node.best.store(score, std::memory_order_relaxed);
-        node.bestMove = move;
-        node.owner->pv[ply].set(move, thread.pv[ply + 1]);
-        ++counters.raises;
-      }
-    }
-  }
 }
 
 void abortSplit(SearchThread& thread, SplitNode& node, Move move, Score score) {
@@ -426,67 +290,44 @@ void abortSplit(SearchThread& thread, SplitNode& node, Move move, Score score) {
     if (&other == &thread || !isWithin(currentNode(other), &node)) continue;
     const std::lock_guard lock(other.lock);
     ++other.kills;
-    if (other.abortMark != 0 && other.abortMark <= node.ply) continue;
-    other.abortMark = node.ply;
+    if (other.abortMark != 0 && other.abortMark <= node.terms.ply) continue;
+    other.abortMark = node.terms.ply;
     other.idle.store(false, std::memory_order_relaxed);
     other.stop.store(true, std::memory_order_seq_cst);
   }
 }
 
-void workerMain(SearchThread& thread) {
-  SearchState& state = thread.state;
-  for (;;) {
-    logDebug(SMP_LOG, "thread %i: sleep()\n", thread.index);
-    thread.wake.reset();
-    thread.asleep.set();
-    thread.wake.wait();
-    if (state.leaving) return;
-    logDebug(SMP_LOG, "thread %i: awoke()\n", thread.index);
-    thread.board.copyFrom(state.rootBoard);
-    for (;;) {
-      {
-        const std::lock_guard lock(thread.lock);
-        thread.abortMark = 0;
-        resume(thread);
-      }
-      if (thread.isStopped()) break;
-      SplitNode* const node = waitForWork(thread, nullptr, [] { return false; });
-      if (node != nullptr) workAt(thread, *node);
+void joinSplit(SearchThread& thread) {
+  SplitNode* const assigned = waitForWork(thread, nullptr, [] { return false; });
+  if (assigned == nullptr) return;
+  SplitNode& node = *assigned;
+  SearchCounters& counters = thread.counters;
+  const std::uint64_t waitedBefore = counters.waitTime.value();
+  Counter busy;
+  Counter whole;
+  {
+    const Stopwatch wholeTime(whole);
+    if (!thread.isStopped()) {
+      const Replay replay(thread, node, 0);
+      waitForMoves(node);
+      const Stopwatch busyTime(busy);
+      node.search(thread, node);
     }
+    const std::lock_guard lock(thread.state.splitLock);
+    setCurrentNode(thread, nullptr);
+    leave(node);
   }
+  const std::uint64_t waited = counters.waitTime.value() - waitedBefore;
+  counters.workTime += busy.value() - std::min(busy.value(), waited);
+  counters.adminTime += whole.value() - busy.value();
 }
 
-int setWorkerThreads(SearchState& state, int n) {
-  n = std::clamp(n, 1, SearchState::MAX_THREADS);
-  int started = 0;
-  for (int i = 1; i < n; ++i) {
-    SearchThread& thread = *state.threads[i];
-    thread.evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
-    if (thread.thread.running()) continue;
-    logInfo(SMP_LOG, "starting worker%i...\n", i);
-    thread.asleep.reset();
-    thread.thread = Thread::createSuspended([&thread] { workerMain(thread); });
-    if (!thread.thread.running()) {
-      print(stderr, "no thread for worker%i\n", i);
-      n = i;
-      break;
-    }
-    thread.thread.setPriority(ThreadPriority::BELOW_NORMAL);
-    thread.thread.resume();
-    ++started;
-  }
-  logInfo(SMP_LOG, "started %i new worker threads\n", started);
-
-  int parked = 0;
-  for (int i = n; i < SearchState::MAX_THREADS; ++i) {
-    SearchThread& thread = *state.threads[i];
-    if (i > 0) thread.evaluator.pawnHash().resize(1);
-    if (!thread.thread.running()) continue;
+// See SearchState::requestStop for the order.
+void resume(SearchThread& thread) {
+  thread.stop.store(false, std::memory_order_seq_cst);
+  if (thread.state.stopped.load(std::memory_order_seq_cst)) {
     thread.stop.store(true, std::memory_order_seq_cst);
-    ++parked;
   }
-  if (parked > 0) logInfo(SMP_LOG, "put %i threads to sleep\n", parked);
-  return n;
 }
 
 }  // namespace ombrin
