@@ -78,16 +78,6 @@ void printMaterial(std::FILE* stream, const Board& board) {
   }
 }
 
-std::string castlingText(int rights) {
-  if (rights == 0) return "-";
-  std::string text;
-  if ((rights & WHITE_KING_SIDE) != 0) text += 'K';
-  if ((rights & WHITE_QUEEN_SIDE) != 0) text += 'Q';
-  if ((rights & BLACK_KING_SIDE) != 0) text += 'k';
-  if ((rights & BLACK_QUEEN_SIDE) != 0) text += 'q';
-  return text;
-}
-
 }  // namespace
 
 void printBoard(const Board& board, std::FILE* stream, int mode) {
@@ -112,37 +102,6 @@ void printBoard(const Board& board, std::FILE* stream, int mode) {
   const auto low = [](std::uint64_t key) { return static_cast<std::uint32_t>(key); };
   print(stream, " hash=%08x%08x\n", high(board.hash), low(board.hash));
   print(stream, "phash=%08x%08x\n", high(board.phash), low(board.phash));
-}
-
-std::string writeFen(const Board& board) {
-  std::string text;
-  for (int rank = 7; rank >= 0; --rank) {
-    int empty = 0;
-    for (int file = 0; file < 8; ++file) {
-      const Piece piece = board.at(Square::at(file, rank));
-      if (piece.isEmpty()) {
-        ++empty;
-        continue;
-      }
-      if (empty > 0) text += static_cast<char>('0' + empty);
-      empty = 0;
-      text += piece.letter();
-    }
-    if (empty > 0) text += static_cast<char>('0' + empty);
-    if (rank > 0) text += '/';
-  }
-  text += board.side == WHITE ? " w " : " b ";
-  text += castlingText(board.rights);
-  text += ' ';
-  if (board.hasEnPassant()) {
-    const Square square(board.epSquare);
-    text += static_cast<char>('a' + square.file());
-    text += static_cast<char>('1' + square.rank());
-  } else {
-    text += '-';
-  }
-  return text + " " + std::to_string(board.reversiblePlies()) + " " +
-         std::to_string(board.gamePly());
 }
 
 }  // namespace ombrin

@@ -7,7 +7,6 @@
 #include "board/notation.h"
 #include "board/zobrist.h"
 #include "util/log.h"
-#include "util/print.h"
 
 namespace ombrin {
 
@@ -17,6 +16,10 @@ constexpr LogChannel CHANNEL{"fen"};
 
 constexpr bool isDigit(char c) {
   return c >= '0' && c <= '9';
+}
+
+constexpr char rowDigit(int rank) {
+  return static_cast<char>('1' + rank);
 }
 
 // The type and colour that a FEN letter stands for.
@@ -46,7 +49,23 @@ class FenReader {
  public:
   FenReader(Board& board, std::string_view text) : board_(board), rest_(text) {}
 
-  bool read() {
+  FenResult read() {
+    readFields();
+    return {std::move(error_)};
+  }
+
+ private:
+  bool refuse(const char* why) {
+    error_ = why;
+    return false;
+  }
+  bool refuse(const char* why, char where) {
+    refuse(why);
+    error_ += where;
+    return false;
+  }
+
+  bool readFields() {
     board_.clear();
     if (!readPieces() || !checkMen()) return false;
     if (skipBlanks() && !readSide()) return false;
@@ -61,7 +80,6 @@ class FenReader {
     return readCheck();
   }
 
- private:
   // False at the end of the text.
   bool skipBlanks() {
     while (!rest_.empty() && rest_.front() == ' ') rest_.remove_prefix(1);
@@ -79,10 +97,7 @@ class FenReader {
     int file = 0;
     while (inField()) {
       const char c = take();
-      if (rank < 0) {
-        print(stdout, "Illegal FEN: too many rows\n");
-        return false;
-      }
+      if (rank < 0) return refuse("Illegal FEN: too many rows");
       if (c == '/') {
         --rank;
         file = 0;
@@ -90,13 +105,11 @@ class FenReader {
       }
       const std::optional<Man> man = manOf(c);
       if (!man && (c < '1' || c > '8')) {
-        print(stdout, "invalid char in fen: %c\n", c);
-        return false;
+        return refuse("invalid char in fen: ", c);
       }
       const int files = man ? 1 : c - '0';
       if (file + files > 8) {
-        print(stdout, "Illegal FEN: too many files in row %i\n", rank + 1);
-        return false;
+        return refuse("Illegal FEN: too many files in row ", rowDigit(rank));
       }
       if (man && !addMan(*man, Square::at(file, rank))) return false;
       file += files;
@@ -106,13 +119,11 @@ class FenReader {
 
   bool addMan(Man man, Square square) {
     if (man.type == PAWN && (square.rank() == 0 || square.rank() == 7)) {
-      print(stdout, "Illegal FEN: pawn on row %i\n", square.rank() + 1);
-      return false;
+      return refuse("Illegal FEN: pawn on row ", rowDigit(square.rank()));
     }
     const SlotRun run = slotRun(man.type);
     if (board_.pieceSquare[Piece(man.color, run.terminator - 1).index()] != Board::FREE) {
-      print(stdout, "Illegal FEN: too many men: %c\n", Piece(man.color, run.first).letter());
-      return false;
+      return refuse("Illegal FEN: too many men: ", Piece(man.color, run.first).letter());
     }
     board_.addPiece(man.color, man.type, square);
     return true;
@@ -120,15 +131,13 @@ class FenReader {
 
   bool checkMen() {
     for (const Color color : {WHITE, BLACK}) {
-      const char* name = color == WHITE ? "White" : "Black";
       if (!board_.kingSquare(color).isOnBoard()) {
-        print(stdout, "Illegal FEN: no %s king\n", name);
-        return false;
+        return refuse(color == WHITE ? "Illegal FEN: no White king" : "Illegal FEN: no Black king");
       }
       const Material material = board_.material(color);
       if (material.pawns() + promotedMen(material) > 8) {
-        print(stdout, "Illegal FEN: too many %s men promoted\n", name);
-        return false;
+        return refuse(color == WHITE ? "Illegal FEN: too many White men promoted"
+                                     : "Illegal FEN: too many Black men promoted");
       }
     }
     return true;
@@ -137,8 +146,7 @@ class FenReader {
   bool readSide() {
     const char c = take();
     if (c != 'w' && c != 'b') {
-      print(stdout, "fen: invalid stm: %c\n", c);
-      return false;
+      return refuse("fen: invalid stm: ", c);
     }
     board_.side = c == 'w' ? WHITE : BLACK;
     return true;
@@ -225,10 +233,8 @@ class FenReader {
   // Who gives check, told as the move that must have been played last.
   bool readCheck() {
     const Color us = board_.side;
-    if (isAttacked(board_, us, board_.kingSquare(~us))) {
-      print(stdout, "Illegal FEN: side not to move is in check\n");
-      return false;
-    }
+    if (isAttacked(board_, us, board_.kingSquare(~us)))
+      return refuse("Illegal FEN: side not to move is in check");
     const Square king = board_.kingSquare(us);
     std::array<Square, 2> checkers;
     int count = 0;
@@ -239,10 +245,7 @@ class FenReader {
         ++count;
       });
     }
-    if (count > 2) {
-      print(stdout, "Illegal FEN: triple check?!\n");
-      return false;
-    }
+    if (count > 2) return refuse("Illegal FEN: triple check?!");
     const Move doubleStep = board_.rootMove;
     board_.rootMove = NULL_MOVE;
     if (count == 0) return true;
@@ -257,10 +260,8 @@ class FenReader {
 
   bool setDoubleCheck(Square king, Square slider, Square other) {
     if (board_.at(other).isSlider()) {
-      if (board_.at(slider).isSlider()) {
-        print(stdout, "Illegal FEN: double slider attack not possible\n");
-        return false;
-      }
+      if (board_.at(slider).isSlider())
+        return refuse("Illegal FEN: double slider attack not possible");
       std::swap(slider, other);
     }
     board_.rootMove =
@@ -287,12 +288,54 @@ class FenReader {
 
   Board& board_;
   std::string_view rest_;
+  std::string error_;
 };
+
+std::string castlingText(int rights) {
+  if (rights == 0) return "-";
+  std::string text;
+  if ((rights & WHITE_KING_SIDE) != 0) text += 'K';
+  if ((rights & WHITE_QUEEN_SIDE) != 0) text += 'Q';
+  if ((rights & BLACK_KING_SIDE) != 0) text += 'k';
+  if ((rights & BLACK_QUEEN_SIDE) != 0) text += 'q';
+  return text;
+}
 
 }  // namespace
 
-bool setFen(Board& board, std::string_view text) {
+FenResult setFen(Board& board, std::string_view text) {
   return FenReader(board, text).read();
+}
+
+std::string writeFen(const Board& board) {
+  std::string text;
+  for (int rank = 7; rank >= 0; --rank) {
+    int empty = 0;
+    for (int file = 0; file < 8; ++file) {
+      const Piece piece = board.at(Square::at(file, rank));
+      if (piece.isEmpty()) {
+        ++empty;
+        continue;
+      }
+      if (empty > 0) text += static_cast<char>('0' + empty);
+      empty = 0;
+      text += piece.letter();
+    }
+    if (empty > 0) text += static_cast<char>('0' + empty);
+    if (rank > 0) text += '/';
+  }
+  text += board.side == WHITE ? " w " : " b ";
+  text += castlingText(board.rights);
+  text += ' ';
+  if (board.hasEnPassant()) {
+    const Square square(board.epSquare);
+    text += static_cast<char>('a' + square.file());
+    text += static_cast<char>('1' + square.rank());
+  } else {
+    text += '-';
+  }
+  return text + " " + std::to_string(board.reversiblePlies()) + " " +
+         std::to_string(board.gamePly());
 }
 
 }  // namespace ombrin

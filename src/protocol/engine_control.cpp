@@ -1,5 +1,7 @@
 #include "protocol/engine_control.h"
 
+#include <cstdio>
+
 #include "board/fen.h"
 #include "board/make_move.h"
 
@@ -22,8 +24,13 @@ class Unlocked {
 }  // namespace
 
 bool EngineControl::setPosition(std::string_view fen) {
-  positionRefused_ = !setFen(draft_, fen);
-  if (positionRefused_) return false;
+  const FenResult result = setFen(draft_, fen);
+  positionRefused_ = !result;
+  if (positionRefused_) {
+    const std::string line = result.error + '\n';
+    std::fwrite(line.data(), 1, line.size(), stdout);
+    return false;
+  }
   board_.copyFrom(draft_);
   ++settlements_;
   return true;
