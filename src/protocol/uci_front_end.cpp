@@ -74,13 +74,7 @@ void UciFrontEnd::announce() {
   std::string text = "\n";
   append(text, "id name %s-%s\n", PROGRAM_NAME, VERSION);
   append(text, "id author %s\n", AUTHOR);
-  append(text, "option name Hash            type spin  default 32 min 1 max 4096\n");
-  append(text, "option name Ponder          type check default false\n");
-  append(text, "option name OwnBook         type check default true\n");
-  append(text, "option name Threads         type spin default %i min 1 max %i\n",
-         control_.search().threadCount(), SearchController::MAX_THREADS);
-  append(text, "option name UCI_Opponent    type string\n");
-  append(text, "option name UCI_EngineAbout type string default %s by %s\n", PROGRAM_NAME, AUTHOR);
+  text += optionLines();
   append(text, "uciok\n");
   send(text);
 }

@@ -54,9 +54,17 @@ class UciFrontEnd final : public SearchObserver {
     std::string_view word;
     void (UciFrontEnd::*handle)();
   };
+  struct Range {
+    int least;
+    int most;
+  };
+  // A row both of what is announced and of what "setoption" takes.
   struct Option {
-    std::string_view name;
-    void (UciFrontEnd::*set)();
+    const char* name;  // its first word is the one by which it is known
+    const char* type;
+    std::string (*standard)(const UciFrontEnd&);  // the default that is announced; null: none
+    std::optional<Range> range;
+    void (UciFrontEnd::*set)();  // takes the tokens behind that word
   };
   void enter();
   void position();
@@ -74,10 +82,12 @@ class UciFrontEnd final : public SearchObserver {
   void setPonder();
   void setOwnBook();
   void setThreads();
+  void ignoreOption() {}
 
   void redirectLog();
   void redirectErrors();
   void announce();
+  std::string optionLines() const;
   void stopForPosition(UciStatus status);
   // Sets up the board from the tokens and returns the token that follows.
   RefString setUp(RefString token);

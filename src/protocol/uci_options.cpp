@@ -1,22 +1,64 @@
 // The part of the UCI front-end that deals with options.
+#include "protocol/program_name.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
+#include "util/format.h"
 #include "util/print.h"
 #include "util/scan.h"
 
 namespace ombrin {
 
+// The size that a "Hash" without a number asks for.
+static constexpr int DEFAULT_HASH_MB = 32;
+
+// Types are filled up where the words behind them are to stand below each other.
 const UciFrontEnd::Option UciFrontEnd::OPTIONS[] = {
-    {"UCI_Opponent", &UciFrontEnd::setOpponent}, {"Hash", &UciFrontEnd::setHash},
-    {"Clear", &UciFrontEnd::clearHash},          {"Ponder", &UciFrontEnd::setPonder},
-    {"OwnBook", &UciFrontEnd::setOwnBook},       {"Threads", &UciFrontEnd::setThreads},
+    {"Hash",
+     "spin ",
+     [](const UciFrontEnd&) { return std::to_string(DEFAULT_HASH_MB); },
+     {{1, 4096}},
+     &UciFrontEnd::setHash},
+    {"Clear Hash", "button", nullptr, {}, &UciFrontEnd::clearHash},
+    {"Ponder",
+     "check",
+     [](const UciFrontEnd&) { return std::string("false"); },
+     {},
+     &UciFrontEnd::setPonder},
+    {"OwnBook",
+     "check",
+     [](const UciFrontEnd&) { return std::string("true"); },
+     {},
+     &UciFrontEnd::setOwnBook},
+    {"Threads",
+     "spin",
+     [](const UciFrontEnd& uci) { return std::to_string(uci.control_.search().threadCount()); },
+     {{1, SearchController::MAX_THREADS}},
+     &UciFrontEnd::setThreads},
+    {"UCI_Opponent", "string", nullptr, {}, &UciFrontEnd::setOpponent},
+    {"UCI_EngineAbout",
+     "string",
+     [](const UciFrontEnd&) { return std::string(PROGRAM_NAME) + " by " + AUTHOR; },
+     {},
+     &UciFrontEnd::ignoreOption},
 };
+
+std::string UciFrontEnd::optionLines() const {
+  std::string text;
+  for (const Option& option : OPTIONS) {
+    append(text, "option name %-15s type %s", option.name, option.type);
+    if (option.standard != nullptr) text += " default " + option.standard(*this);
+    if (option.range) append(text, " min %i max %i", option.range->least, option.range->most);
+    text += '\n';
+  }
+  return text;
+}
 
 void UciFrontEnd::setOption() {
   RefString name = tokens_.nextToken();
   if (name == "name") name = tokens_.nextToken();
   for (const Option& option : OPTIONS) {
-    if (name == option.name) return (this->*option.set)();
+    const std::string_view announced = option.name;
+    if (name == announced.substr(0, announced.find(' '))) return (this->*option.set)();
   }
   print(stderr, "Option not supported: %s\n", name.c_str());
 }
@@ -40,8 +82,7 @@ std::optional<int> UciFrontEnd::numberValue(int absent) {
 }
 
 void UciFrontEnd::setHash() {
-  constexpr int DEFAULT_MB = 32;
-  const std::optional<int> megabytes = numberValue(DEFAULT_MB);
+  const std::optional<int> megabytes = numberValue(DEFAULT_HASH_MB);
   if (!megabytes || *megabytes < 0) return;
   const auto size = static_cast<std::uint64_t>(*megabytes);
   control_.stopSearch();

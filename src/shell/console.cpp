@@ -39,6 +39,13 @@ const Console::Command Console::COMMANDS[] = {
     {{"help", "h", "?"}, nullptr, &Console::help},
 };
 
+const Console::Option Console::OPTIONS[] = {
+    {"async", &Console::isOn<&Console::async_>, &Console::turn<&Console::async_>},
+    {"book", &Console::isOn<&Console::useBook_>, &Console::turn<&Console::useBook_>},
+    {"cleartt", &Console::isOn<&Console::clearTable_>, &Console::turn<&Console::clearTable_>},
+    {"threads", &Console::threads, &Console::setThreads},
+};
+
 namespace {
 
 // Piece placement as it stands at the beginning of a FEN?
@@ -121,26 +128,21 @@ void Console::set(const RefString& arguments) {
   const std::string_view name = takeWord(text, LONGEST_WORD);
   const std::string_view value = takeWord(text, LONGEST_WORD);
   if (!value.empty()) return setOption(name, value);
-  print(stdout, "async  =%i\n", async_ ? 1 : 0);
-  print(stdout, "book   =%i\n", useBook_ ? 1 : 0);
-  print(stdout, "cleartt=%i\n", clearTable_ ? 1 : 0);
-  print(stdout, "threads=%i\n", control_.search().threadCount());
+  for (const Option& option : OPTIONS) {
+    print(stdout, "%-7s=%i\n", option.name, (this->*option.value)());
+  }
 }
 
 void Console::setOption(std::string_view name, std::string_view value) {
-  const bool on = value.front() == '1';
-  if (name == "async") {
-    async_ = on;
-  } else if (name == "book") {
-    useBook_ = on;
-  } else if (name == "cleartt") {
-    clearTable_ = on;
-  } else if (name == "threads") {
-    control_.stopSearch();
-    control_.search().setThreads(toInt(value));
-  } else {
-    print(stdout, "set: unknown parameter: %s\n", std::string(name).c_str());
+  for (const Option& option : OPTIONS) {
+    if (name == option.name) return (this->*option.set)(value);
   }
+  print(stdout, "set: unknown parameter: %s\n", std::string(name).c_str());
+}
+
+void Console::setThreads(std::string_view value) {
+  control_.stopSearch();
+  control_.search().setThreads(toInt(value));
 }
 
 void Console::playMoves(const RefString& command, const RefString& arguments) {

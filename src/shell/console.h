@@ -42,6 +42,13 @@ class Console {
     void (Console::*handle)(const RefString& arguments);  // null: only listed
   };
 
+  // A row both of what "set" changes and of what it shows.
+  struct Option {
+    const char* name;
+    int (Console::*value)() const;
+    void (Console::*set)(std::string_view value);  // which is not empty
+  };
+
   void help(const RefString& arguments);
   void quit(const RefString& arguments);
   void reset(const RefString& arguments);
@@ -59,6 +66,16 @@ class Console {
   void showBookStatistics(const RefString& arguments);
 
   void setOption(std::string_view name, std::string_view value);
+  template <bool Console::*FLAG>
+  int isOn() const {
+    return this->*FLAG ? 1 : 0;
+  }
+  template <bool Console::*FLAG>
+  void turn(std::string_view value) {
+    this->*FLAG = value.front() == '1';
+  }
+  int threads() const { return control_.search().threadCount(); }
+  void setThreads(std::string_view value);
   void setUp(std::string_view fen);
   void playMoves(const RefString& command, const RefString& arguments);
   bool playMove(const RefString& word);
@@ -66,6 +83,7 @@ class Console {
   void showBook();
 
   static const Command COMMANDS[];
+  static const Option OPTIONS[];
 
   EngineControl& control_;
   BookFile& book_;

@@ -29,11 +29,13 @@ TEST(Uci, IntroducesItself) {
   Session session("search.nthreads=1\n");
   session.send("uci");
   session.waitFor("phash=");
-  EXPECT_EQ(joined(session.linesUpTo("uciok")),
+  const Lines announced = session.linesUpTo("uciok");
+  EXPECT_EQ(joined(announced),
             "\n"
             "id name ombrin-0.5c\n"
             "id author Quorvath\n"
             "option name Hash            type spin  default 32 min 1 max 4096\n"
+            "option name Clear Hash      type button\n"
             "option name Ponder          type check default false\n"
             "option name OwnBook         type check default true\n"
             "option name Threads         type spin default 1 min 1 max 8\n"
@@ -43,6 +45,12 @@ TEST(Uci, IntroducesItself) {
   // From now on nothing but protocol lines: no prompt, no log, no board.
   EXPECT_EQ(session.ask("position startpos moves e2e4").size(), 0U);
   EXPECT_EQ(session.ask("").size(), 0U);
+  // Whatever is announced is taken.
+  for (const std::string& line : announced) {
+    if (!line.starts_with("option ")) continue;
+    session.ask("set" + line.substr(0, line.find(" type")) + " value x");
+  }
+  EXPECT_EQ(session.fileText("ombrin-0.5c-error.log"), "");
 }
 
 TEST(Uci, ReportsASearch) {
