@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <span>
 #include <string>
 
@@ -14,6 +13,7 @@
 #include "search/alpha_beta.h"
 #include "search/node.h"
 #include "search/statistics.h"
+#include "util/format.h"
 #include "util/log.h"
 
 namespace ombrin {
@@ -157,10 +157,9 @@ void deepen(SearchState& state) {
       return;
     }
     const std::uint64_t nodes = state.nodes();
-    std::array<char, 32> branching;
-    std::snprintf(branching.data(), branching.size(), "/%2.1f\n",
-                  static_cast<double>(nodes) / static_cast<double>(nodesBefore));
-    logProgress(state, state.bestScore, "ok", branching.data());
+    std::string branching;
+    append(branching, "/%2.1f\n", static_cast<double>(nodes) / static_cast<double>(nodesBefore));
+    logProgress(state, state.bestScore, "ok", branching);
     nodesBefore = nodes;
     sortByKey(std::span(state.rootMoves).subspan(1));
   }
