@@ -4,7 +4,6 @@
 #include <array>
 
 #include "board/geometry.h"
-#include "board/piece.h"
 #include "board/square_set.h"
 
 namespace ombrin {

@@ -1,7 +1,5 @@
 #include "board/display.h"
 
-#include <algorithm>
-#include <cinttypes>
 #include <string>
 
 #include "board/fen.h"

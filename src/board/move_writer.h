@@ -3,7 +3,6 @@
 
 #include "board/attacks.h"
 #include "board/board.h"
-#include "board/geometry.h"
 #include "board/move.h"
 
 namespace ombrin {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <cstdlib>
-
 #include "board/color.h"
 
 namespace ombrin {

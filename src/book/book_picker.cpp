@@ -5,7 +5,6 @@
 #include <cstdlib>
 
 #include "board/notation.h"
-#include "util/print.h"
 
 namespace ombrin {
 

@@ -1,6 +1,5 @@
 #include "book/book_statistics.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 
-#include "board/color.h"
 #include "board/square.h"
 
 namespace ombrin {

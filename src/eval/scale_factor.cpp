@@ -1,6 +1,5 @@
 #include "eval/scale_factor.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 
