@@ -10,13 +10,9 @@ namespace ombrin {
 
 namespace attack_sets {
 
-constexpr Square squareOf(int index) {
-  return Square::at(index % 8, index / 8);
-}
-
 consteval SquareSet ray(int index, Delta step) {
   SquareSet set;
-  for (Square square = squareOf(index) + step; square.isOnBoard(); square += step) {
+  for (Square square = Square::fromIndex64(index) + step; square.isOnBoard(); square += step) {
     set |= SquareSet::of(square.index64());
   }
   return set;
@@ -74,7 +70,7 @@ consteval std::array<SquareSet, 64> makeSteps(const std::array<Delta, 8>& steps)
   std::array<SquareSet, 64> table;
   for (int index = 0; index < 64; ++index) {
     for (const Delta step : steps) {
-      const Square to = squareOf(index) + step;
+      const Square to = Square::fromIndex64(index) + step;
       if (to.isOnBoard()) table[index] |= SquareSet::of(to.index64());
     }
   }

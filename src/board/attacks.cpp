@@ -10,14 +10,10 @@ bool isAttackedByRun(const Board& board, Color by, PieceType type, Square target
   const std::uint8_t* entry = &board.pieceSquare[Piece(by, slotRun(type).first).index()];
   for (; *entry != Board::FREE; ++entry) {
     const Square from(*entry);
-    if (!from.isOnBoard() || (kind & attacksOver(target - from) & LINE_ATTACK) == 0) continue;
+    if (!from.isOnBoard() || !slidesOver(kind, target - from)) continue;
     if (firstOnLine(board, target, stepAlong(from - target)) == from) return true;
   }
   return false;
-}
-
-bool fitsLine(Piece piece, Delta step) {
-  return (piece.kind() & attacksOver(step) & LINE_ATTACK) != 0;
 }
 
 // As firstOnLine, but `vacated` counts as empty.
@@ -49,10 +45,9 @@ bool opensLineToKing(const Board& board, Move& move, Square king) {
   if (firstOnLine(board, king, step) != move.from()) return false;
   const Square behind = firstOnLine(board, move.from(), step);
   const Piece piece = board.at(behind);
-  if (piece.isOf(board.side) && fitsLine(piece, step)) return true;
+  if (piece.isOf(board.side) && slidesOver(piece.kind(), step)) return true;
   if (piece == OFF_BOARD || piece.isPawn()) return false;
-  const Piece slider = board.at(firstOnLine(board, behind, step));
-  if (!slider.isOf(board.side) || !fitsLine(slider, step)) return false;
+  if (!isSliderAhead(board, board.side, behind, step)) return false;
   move = move.with(Move::XRAY);
   return true;
 }
@@ -75,15 +70,13 @@ bool isAttacked(const Board& board, Color by, Square target) {
 bool opensLine(const Board& board, Color by, Square king, Square from, Square to) {
   const Delta step = stepAlong(from - king);
   if (stepAlong(to - king) == step) return false;
-  if (firstOnLine(board, king, step) != from) return false;
-  const Piece slider = board.at(firstOnLine(board, from, step));
-  return slider.isOf(by) && fitsLine(slider, step);
+  return firstOnLine(board, king, step) == from && isSliderAhead(board, by, from, step);
 }
 
 bool givesCheck(const Board& board, Move& move, Square enemyKing) {
   const Piece mover = move.isPromotion() ? Piece(board.side, slotRun(move.promotion()).first)
                                          : board.at(move.from());
-  const int way = mover.kind() & attacksOver(enemyKing - move.to()) & 63;
+  const int way = mover.kind() & attacksOver(enemyKing - move.to());
   if (way != 0) {
     if ((way & LINE_ATTACK) == 0) return true;
     if (slidesToKing(board, move, enemyKing)) return true;

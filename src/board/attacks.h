@@ -33,8 +33,15 @@ inline bool isLineOpen(const Board& board, Square from, Square to) {
 // Does a piece of that kind, standing on `from`, attack the occupied square `to`?
 inline bool attacks(const Board& board, int kind, Square from, Square to) {
   const int way = kind & attacksOver(to - from);
-  if ((way & 63) == 0) return false;
+  if (way == 0) return false;
   return (way & LINE_ATTACK) == 0 || isLineOpen(board, from, to);
+}
+
+// The same of any square `to`, when the piece does stand on `from`.
+inline bool reaches(const Board& board, int kind, Square from, Square to) {
+  const int way = kind & attacksOver(to - from);
+  if (way == 0) return false;
+  return (way & LINE_ATTACK) == 0 || isLineOpen(board, to, from);
 }
 
 // Would taking the piece off `from` and putting it on `to` open a line from a slider of colour `by`

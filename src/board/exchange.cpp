@@ -40,7 +40,7 @@ class Capturers {
       const Delta step = stepAlong(from - target);
       const Square behind = firstOnLine(board_, from, step);
       const Piece piece = board_.at(behind);
-      if (piece.isOf(color_) && (piece.kind() & attacksOver(step) & LINE_ATTACK) != 0) {
+      if (piece.isOf(color_) && slidesOver(piece.kind(), step)) {
         insert(behind, next_,
                [&](Square other) { return board_.at(other).value() > piece.value(); });
       }

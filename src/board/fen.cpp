@@ -29,9 +29,8 @@ struct Man {
 };
 std::optional<Man> manOf(char letter) {
   for (const PieceType type : PIECE_TYPES) {
-    const char lower = PIECE_LETTERS[type];
-    if (letter == lower) return Man{BLACK, type};
-    if (letter == lower - 'a' + 'A') return Man{WHITE, type};
+    if (letter == PIECE_LETTERS[type]) return Man{BLACK, type};
+    if (letter == upperLetter(type)) return Man{WHITE, type};
   }
   return std::nullopt;
 }
@@ -327,13 +326,7 @@ std::string writeFen(const Board& board) {
   text += board.side == WHITE ? " w " : " b ";
   text += castlingText(board.rights);
   text += ' ';
-  if (board.hasEnPassant()) {
-    const Square square(board.epSquare);
-    text += static_cast<char>('a' + square.file());
-    text += static_cast<char>('1' + square.rank());
-  } else {
-    text += '-';
-  }
+  text += board.hasEnPassant() ? Square(board.epSquare).text() : "-";
   return text + " " + std::to_string(board.reversiblePlies()) + " " +
          std::to_string(board.gamePly());
 }

@@ -53,7 +53,8 @@ constexpr Delta stepAlong(Delta difference) {
   return geometry_tables::TABLE[128 + difference].step;
 }
 
-// The attack bits of the pieces that reach over `difference` (target - origin) on an empty board.
+// The attack bits of the pieces that reach over `difference` (target - origin) on an empty board;
+// no colour bits, so an AND with a piece's kind leaves the ways in which it reaches.
 constexpr int attacksOver(Delta difference) {
   return geometry_tables::TABLE[128 + difference].attacks;
 }

@@ -12,7 +12,7 @@ bool isEnPassantMove(const Board& board, Move move) {
   const Piece pawn = board.at(from);
   return board.hasEnPassant() && to == Square(board.epSquare) && to.relativeRank(board.side) == 5 &&
          board.at(to).isEmpty() && pawn.isPawnOf(board.side) &&
-         (pawn.kind() & attacksOver(to - from) & 63) != 0 &&
+         (pawn.kind() & attacksOver(to - from)) != 0 &&
          move.captured() == board.at(move.enPassantVictim()) &&
          move.captured().isPawnOf(~board.side);
 }
@@ -41,7 +41,7 @@ bool isPawnMove(const Board& board, Move move) {
     return false;
   }
   if (move.isCapture()) {
-    return !move.isDoubleStep() && (board.at(from).kind() & attacksOver(to - from) & 63) != 0;
+    return !move.isDoubleStep() && (board.at(from).kind() & attacksOver(to - from)) != 0;
   }
   const Delta ahead = forward(us);
   if (!move.isDoubleStep()) return to == from + ahead;
@@ -67,10 +67,8 @@ bool isMoveWithoutCheck(const Board& board, Move move) {
   if (from != king && uncovers(board, king, from, to)) return false;
   if (piece.isPawn()) return isPawnMove(board, move);
   if (move.isPromotion() || move.isDoubleStep()) return false;
-  const int way = piece.kind() & attacksOver(to - from) & 63;
-  if (way == 0) return false;
-  if (from == king) return !isAttacked(board, ~us, to);
-  return (way & LINE_ATTACK) == 0 || firstOnLine(board, to, stepAlong(from - to)) == from;
+  if (!reaches(board, piece.kind(), from, to)) return false;
+  return from != king || !isAttacked(board, ~us, to);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ SquareSet findPins(const Board& board, Visitor&& visit) {
   for (const PieceType type : {BISHOP, ROOK, QUEEN}) {
     const int kind = Piece(~us, slotRun(type).first).kind();
     board.forEach(~us, type, [&](Piece, Square pinner) {
-      if ((kind & attacksOver(pinner - king) & LINE_ATTACK) == 0) return;
+      if (!slidesOver(kind, pinner - king)) return;
       const Delta step = stepAlong(pinner - king);
       const Square pinned = firstOnLine(board, king, step);
       if (!board.at(pinned).isOf(us) || firstOnLine(board, pinned, step) != pinner) return;
@@ -33,14 +33,14 @@ void addPinnedMoves(const Board& board, MoveWriter& writer, Square pinned, Squar
                     Delta step) {
   const Piece piece = board.at(pinned);
   if (piece.isPawn()) {
-    if ((piece.kind() & attacksOver(pinner - pinned) & 63) != 0) {
+    if ((piece.kind() & attacksOver(pinner - pinned)) != 0) {
       writer.addPawnMove(pinned, pinner);
     } else if (step == UP || step == -UP) {
       writer.addPawnSteps(pinned);
     }
     return;
   }
-  if ((piece.kind() & attacksOver(step) & LINE_ATTACK) == 0) return;
+  if (!slidesOver(piece.kind(), step)) return;
   writer.add(pinned, pinner);
   for (const Delta way : {step, -step}) {
     for (Square to = pinned + way; board.at(to).isEmpty(); to += way) writer.add(pinned, to);
@@ -119,12 +119,7 @@ class EvasionTarget {
     for (const PieceType type : {KNIGHT, BISHOP, ROOK, QUEEN}) {
       const int kind = Piece(board_.side, slotRun(type).first).kind();
       board_.forEach(board_.side, type, [&](Piece, Square from) {
-        const int way = kind & attacksOver(to - from) & 63;
-        if (way == 0 || pins_.contains(from)) return;
-        if ((way & LINE_ATTACK) != 0 && firstOnLine(board_, to, stepAlong(from - to)) != from) {
-          return;
-        }
-        writer_.add(from, to);
+        if (reaches(board_, kind, from, to) && !pins_.contains(from)) writer_.add(from, to);
       });
     }
   }

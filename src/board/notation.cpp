@@ -10,15 +10,6 @@ namespace ombrin {
 
 namespace {
 
-void appendSquare(std::string& text, Square square) {
-  text += static_cast<char>('a' + square.file());
-  text += static_cast<char>('1' + square.rank());
-}
-
-char upperLetter(PieceType type) {
-  return static_cast<char>(PIECE_LETTERS[type] - 'a' + 'A');
-}
-
 // What a move's text says, as far as it says it.
 struct MoveDescription {
   std::optional<int> toFile;
@@ -114,10 +105,9 @@ Move withCheckFlags(const Board& board, Move move) {
 std::string moveToText(Move move) {
   if (move.isNull()) return "%";
   if (move.isCastling()) return move.to().file() <= 3 ? "O-O-O" : "O-O";
-  std::string text;
-  appendSquare(text, move.from());
+  std::string text = move.from().text();
   if (move.isCapture()) text += 'x';
-  appendSquare(text, move.to());
+  text += move.to().text();
   if (move.isPromotion()) {
     text += '=';
     text += upperLetter(move.promotion());
@@ -129,9 +119,7 @@ std::string moveToText(Move move) {
 
 std::string moveToCoordinates(Move move) {
   if (move.isNull()) return "0000";
-  std::string text;
-  appendSquare(text, move.from());
-  appendSquare(text, move.to());
+  std::string text = move.from().text() + move.to().text();
   if (move.isPromotion()) text += upperLetter(move.promotion());
   return text;
 }

@@ -21,6 +21,10 @@ enum PieceType : std::uint8_t {
 
 inline constexpr std::array<char, 8> PIECE_LETTERS = {' ', 'p', 'n', 'k', '?', 'b', 'r', 'q'};
 
+constexpr char upperLetter(PieceType type) {
+  return static_cast<char>(PIECE_LETTERS[type] - 'a' + 'A');
+}
+
 // The order in which piece lists are walked.
 inline constexpr std::array<PieceType, 6> PIECE_TYPES = {PAWN, KNIGHT, KING, BISHOP, ROOK, QUEEN};
 
@@ -133,8 +137,7 @@ class Piece {
   constexpr int value() const { return piece_tables::VALUES[index_]; }
   // Upper case for White.
   constexpr char letter() const {
-    const char lower = PIECE_LETTERS[type()];
-    return isOf(WHITE) ? static_cast<char>(lower - 'a' + 'A') : lower;
+    return isOf(WHITE) ? upperLetter(type()) : PIECE_LETTERS[type()];
   }
 
   friend constexpr bool operator==(Piece, Piece) = default;

@@ -55,12 +55,6 @@ bool readOrigin(std::string_view text, Origin& origin) {
   return text.empty();
 }
 
-bool reaches(const Board& board, int kind, Square from, Square to) {
-  const int way = kind & attacksOver(to - from) & 63;
-  if (way == 0) return false;
-  return (way & LINE_ATTACK) == 0 || firstOnLine(board, to, stepAlong(from - to)) == from;
-}
-
 Move findPieceMove(const Board& board, PieceType type, const Origin& origin, Square to) {
   const Color us = board.side;
   if (!board.at(to).mayBeEnteredBy(us)) return NULL_MOVE;
@@ -97,7 +91,7 @@ Move findPawnCapture(const Board& board, int fromFile, Square to) {
   const Color us = board.side;
   const Square from = Square::at(fromFile, (to - forward(us)).rank());
   if (!board.at(to).isOf(~us) || !board.at(from).isPawnOf(us)) return NULL_MOVE;
-  if ((attacksOver(to - from) & board.at(from).kind() & 63) == 0) return NULL_MOVE;
+  if ((board.at(from).kind() & attacksOver(to - from)) == 0) return NULL_MOVE;
   if (uncovers(board, board.kingSquare(us), from, to)) return NULL_MOVE;
   return {from, to, board.at(to)};
 }

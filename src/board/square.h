@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "board/color.h"
 
 namespace ombrin {
@@ -43,6 +45,10 @@ class Square {
   constexpr int shade() const { return (rank() + file()) & 1; }
   // 0 to 63, file + 8 * rank.
   constexpr int index64() const { return file() + 8 * rank(); }
+  // "e4".
+  std::string text() const {
+    return {static_cast<char>('a' + file()), static_cast<char>('1' + rank())};
+  }
 
   friend constexpr bool operator==(Square, Square) = default;
   friend constexpr Square operator+(Square square, Delta step) {

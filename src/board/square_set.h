@@ -15,7 +15,7 @@ class SquareSet {
   constexpr SquareSet() = default;
   // Bit file + 8 * rank for each square.
   constexpr explicit SquareSet(std::uint64_t bits) : bits_(bits) {}
-  // The square with that tableIndex.
+  // The square with that index64().
   static constexpr SquareSet of(int index) { return SquareSet(1ULL << index); }
   static constexpr SquareSet of(Square square) { return of(square.index64()); }
 

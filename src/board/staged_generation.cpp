@@ -261,7 +261,7 @@ Move* genDiscoveredQuiet(const Board& board, Move* out) {
   for (const PieceType type : {BISHOP, ROOK, QUEEN}) {
     const int kind = Piece(us, slotRun(type).first).kind();
     board.forEach(us, type, [&](Piece, Square slider) {
-      if ((kind & attacksOver(slider - king) & LINE_ATTACK) == 0) return;
+      if (!slidesOver(kind, slider - king)) return;
       const Delta step = stepAlong(slider - king);
       const Square masking = firstOnLine(board, king, step);
       if (masking == slider || !board.at(masking).isOf(us)) return;

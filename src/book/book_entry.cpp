@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "board/square.h"
+
 namespace ombrin {
 
 namespace {
@@ -38,12 +40,7 @@ bool isBefore(const BookEntry& a, const BookEntry& b) {
 }
 
 std::string moveText(const BookEntry& entry) {
-  std::string text;
-  for (const int square : {entry.from & 0x77, entry.to & 0x77}) {
-    text += static_cast<char>('a' + (square & 7));
-    text += static_cast<char>('1' + (square >> 4));
-  }
-  return text;
+  return Square(entry.from & 0x77).text() + Square(entry.to & 0x77).text();
 }
 
 }  // namespace ombrin

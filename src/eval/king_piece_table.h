@@ -16,7 +16,7 @@ consteval KingPieceTable<Value> makeKingPieceTable(Function value) {
   KingPieceTable<Value> table{};
   for (int king = 0; king < 64; ++king) {
     for (int piece = 0; piece < 64; ++piece) {
-      table[king][piece] = value(Square::at(king % 8, king / 8), Square::at(piece % 8, piece / 8));
+      table[king][piece] = value(Square::fromIndex64(king), Square::fromIndex64(piece));
     }
   }
   return table;

@@ -199,9 +199,7 @@ class PieceWalk {
 
   // Where a square is in a SquareTable of this colour.
   static constexpr unsigned relative(unsigned index) { return OWN == WHITE ? index : index ^ 56; }
-  static Square squareOf(unsigned index) {
-    return Square::at(static_cast<int>(index % 8), static_cast<int>(index / 8));
-  }
+  static Square squareOf(unsigned index) { return Square::fromIndex64(static_cast<int>(index)); }
   bool isPawn(Square square) const { return board_.at(square).isPawn(); }
 
   // Squares that a piece can go to, and enemy men worth attacking.

@@ -189,13 +189,11 @@ TEST(Notation, ReadsBackEveryLegalMoveInEveryForm) {
         EXPECT_EQ(parseMove(board, text), made) << text << " " << writeFen(board);
       }
       const Square to = Square(static_cast<int>(move.to().number() * 5 + 1) & 0x77);
-      const std::string square = {static_cast<char>('a' + to.file()),
-                                  static_cast<char>('1' + to.rank())};
       expectPlainReaderToAgree(board, algebraic + "+!?");
       expectPlainReaderToAgree(board,
                                algebraic.substr(0, 1) + algebraic.substr(algebraic.size() - 2));
       for (const char* piece : {"", "N", "B", "R", "Q", "K", "bx", "ax", "Nb", "R1", "Qh4"}) {
-        expectPlainReaderToAgree(board, piece + square);
+        expectPlainReaderToAgree(board, piece + to.text());
       }
     }
   });

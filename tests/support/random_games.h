@@ -19,7 +19,7 @@ inline std::string algebraicText(const Board& board, Move move, const MoveList& 
   if (type == PAWN) {
     if (move.isCapture()) text += fileOf(move.from());
   } else {
-    text += static_cast<char>(PIECE_LETTERS[type] - 'a' + 'A');
+    text += upperLetter(type);
     bool rivals = false;
     bool sameFile = false;
     bool sameRank = false;
@@ -34,11 +34,10 @@ inline std::string algebraicText(const Board& board, Move move, const MoveList& 
     if (rivals && sameFile) text += rankOf(move.from());
   }
   if (move.isCapture()) text += 'x';
-  text += fileOf(move.to());
-  text += rankOf(move.to());
+  text += move.to().text();
   if (move.isPromotion()) {
     text += '=';
-    text += static_cast<char>(PIECE_LETTERS[move.promotion()] - 'a' + 'A');
+    text += upperLetter(move.promotion());
   }
   return text;
 }
