@@ -12,15 +12,17 @@ namespace ombrin {
 
 namespace {
 
-// The men of one side that can capture on a square, cheapest first. The king is not among them.
+// The men of one side that can capture on a square, cheapest first. The king is not among them, nor
+// the man that has left `vacated`.
 class Capturers {
  public:
   // Of the pieces that reach the square, those of this colour are taken.
-  Capturers(const Board& board, Color color, Square target, SquareSet pieces)
-      : board_(board), color_(color) {
+  Capturers(const Board& board, Color color, Square target, Square vacated, SquareSet pieces)
+      : board_(board), color_(color), vacated_(vacated) {
     const Square behind = target - forward(color);
     for (const Delta side : {-RIGHT, RIGHT}) {
-      if (board.at(behind + side).isPawnOf(color)) append(behind + side);
+      const Square from = behind + side;
+      if (board.at(from).isPawnOf(color) && from != vacated) append(from);
     }
     const int pawns = end_;
     // A dearer piece has a higher index, and of two equals the one earlier in the list goes first.
@@ -38,7 +40,8 @@ class Capturers {
     const int value = board_.at(from).value();
     if (isLine(from - target)) {
       const Delta step = stepAlong(from - target);
-      const Square behind = firstOnLine(board_, from, step);
+      Square behind = firstOnLine(board_, from, step);
+      if (behind == vacated_) behind = firstOnLine(board_, behind, step);
       const Piece piece = board_.at(behind);
       if (piece.isOf(color_) && slidesOver(piece.kind(), step)) {
         insert(behind, next_,
@@ -63,6 +66,7 @@ class Capturers {
 
   const Board& board_;
   Color color_;
+  Square vacated_;
   std::array<std::uint8_t, 24> squares_;
   int next_ = 0;
   int end_ = 0;
@@ -81,21 +85,15 @@ SquareSet piecesReaching(const Board& board, Square target, Square vacated) {
 }
 
 // Both sides capture on a move's destination in turn, its opponent first, each with its cheapest
-// man. The mover is off its square for as long as this lives.
+// man. The mover has left its square.
 class Exchange {
  public:
-  Exchange(Board& board, Color side, Move move)
+  Exchange(const Board& board, Color side, Move move)
       : board_(board),
         side_(side),
         target_(move.to()),
-        from_(move.from()),
-        mover_(board.at(from_)),
-        pieces_(piecesReaching(board, target_, from_)) {
-    board.at(from_) = EMPTY;
-  }
-  Exchange(const Exchange&) = delete;
-  Exchange& operator=(const Exchange&) = delete;
-  ~Exchange() { board_.at(from_) = mover_; }
+        vacated_(move.from()),
+        pieces_(piecesReaching(board, target_, vacated_)) {}
 
   // The next capture: true with the value of the man that makes it, false when there is none. A
   // king captures only when nobody is left to take it.
@@ -127,17 +125,16 @@ class Exchange {
     Player& player = players_[turn];
     if (!player.men) {
       const Color color = turn == 0 ? ~side_ : side_;
-      player.men.emplace(board_, color, target_, pieces_);
+      player.men.emplace(board_, color, target_, vacated_, pieces_);
       player.isKingNear = (attacksOver(target_ - board_.kingSquare(color)) & KING_ATTACK) != 0;
     }
     return player;
   }
 
-  Board& board_;
+  const Board& board_;
   Color side_;
   Square target_;
-  Square from_;
-  Piece mover_;
+  Square vacated_;
   SquareSet pieces_;  // that can capture at once
   int turn_ = 0;
   std::array<Player, 2> players_;
@@ -156,7 +153,7 @@ int valueAtRisk(const Board& board, Move move) {
 
 }  // namespace
 
-int see(Board& board, Color side, Move move) {
+int see(const Board& board, Color side, Move move) {
   const int gain = gainOf(move);
   int standing = valueAtRisk(board, move);
   if (gain >= standing) return gain;
@@ -176,7 +173,7 @@ int see(Board& board, Color side, Move move) {
 
 // A side that would still be behind after its capture does not make it, and the other side has
 // what it wanted. What such a capture would win is known before anybody has to look for it.
-bool losesMaterial(Board& board, Color side, Move move) {
+bool losesMaterial(const Board& board, Color side, Move move) {
   int won = gainOf(move);
   int standing = valueAtRisk(board, move);
   if (won >= standing) return false;

@@ -13,10 +13,9 @@ constexpr int gainOf(Move move) {
 // Static exchange evaluation by swap-off (see "Static Exchange Evaluation", Chess Programming
 // Wiki): what `side` wins in pawn units by making `move` when both sides then capture on its
 // destination as long as it pays. A move that loses nothing is worth all that it takes: gainOf().
-// The board comes back as it was.
-int see(Board& board, Color side, Move move);
+int see(const Board& board, Color side, Move move);
 
 // see() < 0, found sooner than by how much.
-bool losesMaterial(Board& board, Color side, Move move);
+bool losesMaterial(const Board& board, Color side, Move move);
 
 }  // namespace ombrin
