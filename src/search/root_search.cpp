@@ -178,6 +178,10 @@ Score searchRoot(SearchState& state, Score alpha, Score beta, int depth) {
     return -alphaBeta(thread, 1, -high, -low, depth - 1, move, type);
   };
 
+  // The search below unwinds on the thread's own flag, which another processor may see before the
+  // search's: a score counts only when neither is set.
+  const auto isStopped = [&] { return thread.isStopped() || state.isStopped(); };
+
   for (int i = 0; i < count; ++i) {
     // Step 1. Make the move.
     if (i > 0 && state.stopIfSpent()) return alpha;
@@ -192,20 +196,20 @@ Score searchRoot(SearchState& state, Score alpha, Score beta, int depth) {
       score = search(move, alpha, beta, PV_NODE);
     } else {
       score = search(move, alpha, alpha + 1, CUT_NODE);
-      if (score > alpha && !state.isStopped()) {
+      if (score > alpha && !isStopped()) {
         clock.failHigh();
         logProgress(state, score, "++" + std::to_string(i + 1) + "/" + std::to_string(count) + " ",
                     moveToText(move) + "\n");
         score = search(move, alpha, beta, PV_NODE);
-        if (!state.isStopped()) {
+        if (!isStopped()) {
           if (score <= alpha) logProgress(state, score, "--", moveToText(move) + "\n");
           clock.resolved();
         }
       }
     }
     unmakeMove(board, move, saved);
-    if (i == 0 && state.stopIfSpent()) return DRAW;
-    if (state.isStopped()) return alpha;
+    if (i == 0 && (state.stopIfSpent() || isStopped())) return DRAW;
+    if (isStopped()) return alpha;
 
     // Step 3. Keep what it cost and what it is worth.
     moves[i].key = static_cast<std::int64_t>(state.nodes() - nodesBefore);

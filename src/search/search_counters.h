@@ -36,7 +36,7 @@ struct SearchCounters {
   Counter splitfails;  // of those, aborted by a fail high
   Counter splitmoves;  // moves searched at split nodes
   Counter splitnodes;  // nodes below own split nodes
-  Counter waitTime;    // microseconds without work,
+  Counter waitTime;    // nanoseconds without work,
   Counter adminTime;   // joining and leaving split nodes,
   Counter workTime;    // and searching
 

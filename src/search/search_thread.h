@@ -75,6 +75,10 @@ struct SearchThread {
   alignas(64) std::atomic<SplitNode*> splitNode{nullptr};  // the one it works for
   // Ready to be given another one. Relaxed: it is only read and written under the global lock.
   std::atomic<bool> idle{false};
+  // Has it not found out yet what it has been assigned to? And what it worked for before, which it
+  // goes back to when that is taken back. Under the global lock.
+  bool isWaiting = false;
+  SplitNode* formerNode = nullptr;
   SpinLock lock;      // of the abort mark, and of clearing `stop` after an abort
   int abortMark = 0;  // the ply that an abort takes it back to, 0 when there is none
   Counter kills;      // aborts received; under the lock

@@ -15,15 +15,15 @@ namespace {
 // Split nodes above one another: more than all threads together can have open.
 constexpr int MAX_CHAIN = 63;
 
-// Adds the microseconds of its life to a counter.
+// Adds the nanoseconds of its life to a counter.
 class Stopwatch {
  public:
   explicit Stopwatch(Counter& counter) : counter_(counter), start_(Clock::now()) {}
   Stopwatch(const Stopwatch&) = delete;
   Stopwatch& operator=(const Stopwatch&) = delete;
   ~Stopwatch() {
-    using std::chrono::microseconds;
-    const auto time = std::chrono::duration_cast<microseconds>(Clock::now() - start_);
+    using std::chrono::nanoseconds;
+    const auto time = std::chrono::duration_cast<nanoseconds>(Clock::now() - start_);
     counter_ += static_cast<std::uint64_t>(time.count());
   }
 
@@ -165,16 +165,40 @@ SplitNode* waitForWork(SearchThread& thread, SplitNode* own, IsOver isOver) {
   const Stopwatch stopwatch(thread.counters.waitTime);
   {
     const std::lock_guard lock(state.splitLock);
+    thread.formerNode = own;
+    thread.isWaiting = true;
     thread.idle.store(true, std::memory_order_relaxed);
     state.idleCount.fetch_add(1, std::memory_order_relaxed);
   }
-  for (SpinWait wait; !thread.isStopped() && currentNode(thread) == own && !isOver();) wait.pause();
+  const auto goesOn = [&] {
+    return !thread.isStopped() && currentNode(thread) == own && !isOver();
+  };
+  for (;;) {
+    for (SpinWait wait; goesOn();) wait.pause();
+    const std::lock_guard lock(state.splitLock);
+    if (goesOn()) continue;  // what it had been assigned to is over
+    thread.isWaiting = false;
+    thread.idle.store(false, std::memory_order_relaxed);
+    SplitNode* const assigned = currentNode(thread);
+    if (assigned != own) return assigned;
+    state.idleCount.fetch_sub(1, std::memory_order_relaxed);
+    return nullptr;
+  }
+}
+
+// Takes back the threads that have been assigned to the node and have not found out yet: the
+// processor has others to run, and there is nothing left to do for them.
+void takeBackAssigned(const SearchThread& owner, SplitNode& node) {
+  SearchState& state = owner.state;
   const std::lock_guard lock(state.splitLock);
-  thread.idle.store(false, std::memory_order_relaxed);
-  SplitNode* const assigned = currentNode(thread);
-  if (assigned != own) return assigned;
-  state.idleCount.fetch_sub(1, std::memory_order_relaxed);
-  return nullptr;
+  for (int i = 0; i < state.threadCount; ++i) {
+    SearchThread& other = *state.threads[i];
+    if (!other.isWaiting || currentNode(other) != &node) continue;
+    setCurrentNode(other, other.formerNode);
+    other.idle.store(true, std::memory_order_relaxed);
+    state.idleCount.fetch_add(1, std::memory_order_relaxed);
+    leave(node);
+  }
 }
 
 // The owner of a node whose moves have all been taken helps below it until the others are done.
@@ -246,6 +270,7 @@ Verdict searchSplit(SearchThread& thread, SplitNode& node, const Verdict& soFar,
   // Step 2. Search a share of it, and help the others with theirs.
   const std::uint64_t nodesBefore = thread.counters.nodes();
   node.search(thread, node);
+  if (threadsAt(node) > 1) takeBackAssigned(thread, node);
   if (!thread.isStopped() && threadsAt(node) > 1 && node.currentBest() < node.terms.beta) {
     helpWhileWaiting(thread, node);
   }

@@ -38,11 +38,12 @@ std::uint64_t sum(const SearchState& state, Select select) {
 }
 
 void appendThread(std::string& text, const SearchThread& thread, std::uint64_t milliseconds) {
+  constexpr std::uint64_t NANOSECONDS = 1'000'000;  // a millisecond's
   const double seconds = static_cast<double>(milliseconds) * 0.001;
   const SearchCounters& counters = thread.counters;
-  const std::uint64_t wait = counters.waitTime.value() / 1000;
-  const std::uint64_t admin = counters.adminTime.value() / 1000;
-  std::uint64_t work = counters.workTime.value() / 1000;
+  const std::uint64_t wait = counters.waitTime.value() / NANOSECONDS;
+  const std::uint64_t admin = counters.adminTime.value() / NANOSECONDS;
+  std::uint64_t work = counters.workTime.value() / NANOSECONDS;
   if (thread.index == 0) work = milliseconds - std::min(milliseconds, wait + admin);
   const auto share = [seconds](std::uint64_t time) {
     return ratio(static_cast<double>(time), 10 * seconds);

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <random>
 
+#include "search/move_picker.h"
 #include "search/search_fixture.h"
+#include "search/split_node.h"
 #include "search/workers.h"
 
 namespace ombrin {
@@ -69,6 +71,39 @@ TEST(ParallelSearchTest, SurvivesManyStops) {
   engine.searchTo(8, *boardOf(MIDDLEGAMES[0]));
   EXPECT_FALSE(log.has("splits=0 "));
   EXPECT_TRUE(log.has("\nslave7 :"));
+}
+
+// An idle thread that has no processor to find out with what it has been assigned to: whoever split
+// does not wait for it.
+TEST(SplitNodeTest, GoesOnWithoutThreadsThatNeverCame) {
+  TestThread test;
+  SearchState& state = test.state;
+  SearchThread& owner = test.thread;
+  SearchThread& idle = *state.threads[1];
+  state.threadCount = 2;
+  state.idleCount = 1;
+  idle.idle = idle.isWaiting = true;
+  state.clearStop();
+
+  ASSERT_TRUE(setFen(owner.board, MIDDLEGAMES[0]));
+  MovePicker picker = MovePicker::main(owner, 1, NULL_MOVE, NULL_MOVE);
+  SplitNode* const node = trySplit(owner);
+  ASSERT_NE(node, nullptr);
+  EXPECT_EQ(idle.splitNode.load(), node);
+  node->terms.beta = 100;
+  node->search = [](SearchThread&, SplitNode& shared) {
+    int number = 0;
+    while (shared.take(number)) shared.best = number;
+  };
+  const Verdict verdict = searchSplit(owner, *node, {}, picker.next(), picker);
+  EXPECT_GT(verdict.best, 20);
+  EXPECT_EQ(idle.splitNode.load(), nullptr);
+  EXPECT_EQ(state.idleCount, 1);
+  EXPECT_EQ(owner.splitNode.load(), nullptr);
+  EXPECT_EQ(owner.splitNodesInUse, 0);
+
+  // Nothing has become of the one that was taken back: it can be had again.
+  EXPECT_NE(trySplit(owner), nullptr);
 }
 
 }  // namespace
