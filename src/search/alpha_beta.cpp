@@ -26,7 +26,7 @@ constexpr std::array<int, 5> FUTILITY_MARGIN = {0, 50, 150, 450, 1150};
 bool deservesSecondLook(const Board& board, Move lastMove, Move best) {
   if (!lastMove || !best) return false;
   const Piece moved = board.at(lastMove.to());
-  if (moved.isPawn() && (moved.kind() & attacksOver(best.from() - lastMove.to()) & 63) != 0) {
+  if (moved.isPawn() && (moved.kind() & attacksOver(best.from() - lastMove.to())) != 0) {
     return true;
   }
   return best.to() == lastMove.to() && best.captured().value() > lastMove.captured().value();

@@ -39,8 +39,7 @@ bool isBetween(Square square, Square from, Square to) {
 
 // Would the piece attack the square from the move's destination if nothing else stood in the way?
 bool couldAttack(const Board& board, Move move, Square target) {
-  const int way = board.at(move.from()).kind() & attacksOver(target - move.to());
-  return (way & 63) != 0;
+  return (board.at(move.from()).kind() & attacksOver(target - move.to())) != 0;
 }
 
 // Does it attack the square from there?

@@ -76,7 +76,7 @@ class MovePicker {
   void promoteQuiet();
 
   SearchThread& thread_;
-  Board& board_;
+  const Board& board_;
   int ply_;
   std::span<Move, SearchThread::MOVE_ROOM> room_;
   Stage stage_;

@@ -64,7 +64,7 @@ int extension(const Board& board, const NodeTerms& terms, NodeType type, Move mo
   return type == PV_NODE || balanced ? 1 : 0;
 }
 
-bool isActive(Board& board, const NodeTerms& terms, Move move) {
+bool isActive(const Board& board, const NodeTerms& terms, Move move) {
   const Square from = move.from();
   const Square to = move.to();
   const Piece mover = board.at(from);

@@ -18,6 +18,6 @@ int extension(const Board& board, const NodeTerms& terms, NodeType type, Move mo
 
 // Is a late move too active for a reduction? A passed pawn's moves are; others when they lose
 // nothing and attack something bigger or get out of the threat's way. Asked before it is made.
-bool isActive(Board& board, const NodeTerms& terms, Move move);
+bool isActive(const Board& board, const NodeTerms& terms, Move move);
 
 }  // namespace ombrin
