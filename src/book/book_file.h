@@ -24,7 +24,7 @@ class BookFile {
  public:
   static constexpr int MAX_MOVES_READ = 32;
 
-  explicit BookFile(Board& board) : board_(board) {}
+  explicit BookFile(const Board& board) : board_(board) {}
 
   // Closes what was open. False, and nothing open, when the path is no file that can be read. A
   // file whose header makes no sense opens as a book without records.
@@ -32,7 +32,7 @@ class BookFile {
   void close();
   bool isOpen() const { return file_.is_open(); }
 
-  Board& board() const { return board_; }
+  const Board& board() const { return board_; }
   const BookHeader& header() const { return header_; }
   bool hasElo() const { return (header_.flags & BOOK_ELO) != 0; }
   // True when positions are filed under their legacy keys.
@@ -64,7 +64,7 @@ class BookFile {
   bool readKeyOf(std::uint64_t index, std::uint64_t& key);
 
   BookHeader header_;
-  Board& board_;
+  const Board& board_;
   std::ifstream file_;
   std::uint32_t statedRecords_ = 0;
   std::uint64_t records_ = 0;  // those that are there in full

@@ -87,7 +87,7 @@ void UciFrontEnd::isReady() {
 
 void UciFrontEnd::newGame() {
   trace("newgame!");
-  bookExit_.reset();
+  game_.returnToBook();
 }
 
 void UciFrontEnd::stop() {

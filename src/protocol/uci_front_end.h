@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "book/book_picker.h"
-#include "protocol/book_exit.h"
+#include "game/game.h"
 #include "protocol/engine_control.h"
 #include "protocol/engine_status.h"
 #include "protocol/log_redirection.h"
@@ -34,8 +34,8 @@ class UciFrontEnd final : public SearchObserver {
     int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
   };
 
-  UciFrontEnd(EngineControl& control, BookPicker& picker, OutputStream& output)
-      : control_(control), picker_(picker), output_(output) {}
+  UciFrontEnd(EngineControl& control, Game& game, BookPicker& picker, OutputStream& output)
+      : control_(control), game_(game), picker_(picker), output_(output) {}
 
   void configure(Settings settings) { settings_ = std::move(settings); }
   // Has the protocol been entered?
@@ -115,6 +115,7 @@ class UciFrontEnd final : public SearchObserver {
   static const Option OPTIONS[];
 
   EngineControl& control_;
+  Game& game_;
   BookPicker& picker_;
   OutputStream& output_;
   std::mutex outputLock_;  // guards output_, a line at a time
@@ -124,7 +125,6 @@ class UciFrontEnd final : public SearchObserver {
   bool useBook_ = true;
   bool canPonder_ = false;
   SearchLimits limits_;  // of the last "go"
-  BookExit bookExit_;
   Tokenizer tokens_;
   LogRedirection logs_;
   ReportThrottle throttle_;  // search thread; reset before it starts

@@ -4,6 +4,7 @@
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"
+#include "protocol/refusal.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
 #include "util/print.h"
@@ -15,9 +16,9 @@ void UciFrontEnd::position() {
   trace("position()...");
   const RefString first = tokens_.nextToken();
   stopForPosition(status_.replace(UciStatus::POSITION));
-  if (setUp(first) == "moves" && !control_.positionRefused()) playMoves();
-  control_.settleGame();
-  printBoard(control_.board(), logFile);
+  if (setUp(first) == "moves" && !game_.wasRefused()) playMoves();
+  game_.compactPieces();
+  printBoard(game_.board(), logFile);
   trace("position() ok");
 }
 
@@ -40,7 +41,7 @@ void UciFrontEnd::stopForPosition(UciStatus status) {
 
 RefString UciFrontEnd::setUp(RefString token) {
   if (token == "startpos") {
-    control_.setPosition(START_FEN);
+    game_.setUp(START_FEN);
     return tokens_.nextToken();
   }
   if (!(token == "fen")) return token;
@@ -52,7 +53,7 @@ RefString UciFrontEnd::setUp(RefString token) {
     fen += token.view();
     fen += ' ';
   }
-  control_.setPosition(fen);
+  reportRefusal(game_.setUp(fen));
   return token;
 }
 
@@ -65,19 +66,19 @@ void UciFrontEnd::playMoves() {
       logInfo(UCI_LOG, "SKIP continuation move: %s\n", token.c_str());
       continue;
     }
-    const Move move = parseMove(control_.board(), token.view());
+    const Move move = parseMove(game_.board(), token.view());
     if (move.isNull()) {
       print(stderr, "WARNING invalid move from GUI: %s\n", token.c_str());
       break;
     }
-    if (control_.makeGameMove(move).isNull()) {
+    if (game_.play(move).isNull()) {
       print(stderr, "illegal move: %s\n", token.c_str());
       break;
     }
-    if (control_.board().hash == bookExit_.outOfBookHash()) passedBookExit = true;
+    if (game_.isAtBookExit()) passedBookExit = true;
   }
   // A game that does not pass the position in which the last one left the book is another game.
-  if (!passedBookExit && bookExit_.known()) newGame();
+  if (!passedBookExit && game_.hasLeftBook()) newGame();
 }
 
 void UciFrontEnd::go() {
@@ -93,17 +94,17 @@ void UciFrontEnd::go() {
   }
   throttle_.reset();
   status_.replace(ponder ? UciStatus::PONDERING : UciStatus::SEARCHING);
-  control_.startSearch(limits_, *this);
+  control_.startSearch(game_.board(), limits_, *this);
   trace("go() ok");
 }
 
 bool UciFrontEnd::answerWithoutSearch() {
-  if (control_.positionRefused()) {
+  if (game_.wasRefused()) {
     print(stderr, "go(): the position was refused, there is nothing to search\n");
     sendBestMove(NULL_MOVE, NULL_MOVE);
     return true;
   }
-  if (bookExit_.known() || !useBook_) return false;
+  if (game_.hasLeftBook() || !useBook_) return false;
   const Move move = picker_.pick();
   if (move.isNull()) return false;
   sendBestMove(move, NULL_MOVE);
@@ -112,9 +113,9 @@ bool UciFrontEnd::answerWithoutSearch() {
 }
 
 void UciFrontEnd::leaveBook() {
-  if (bookExit_.known()) return;
-  bookExit_.record(control_.board());
-  logInfo(UCI_LOG, "Uci:First search out of book is at %u ply\n", bookExit_.firstOutOfBookPly());
+  if (game_.hasLeftBook()) return;
+  game_.leaveBook();
+  logInfo(UCI_LOG, "Uci:First search out of book is at %u ply\n", game_.firstPlyOutOfBook());
 }
 
 SearchLimits UciFrontEnd::readLimits(bool& ponder) {
@@ -145,7 +146,7 @@ SearchLimits UciFrontEnd::readLimits(bool& ponder) {
       logInfo(UCI_LOG, "START pondering\n");
     }
   }
-  const Color side = control_.board().side;
+  const Color side = game_.board().side;
   if (depth > 0) limits.depth = clampToInt(depth);
   if (nodes > 0) limits.nodes = static_cast<std::uint64_t>(nodes);
   if (moveTime >= 0) limits.moveTime = clampToInt(moveTime);
@@ -161,8 +162,8 @@ SearchLimits UciFrontEnd::readLimits(bool& ponder) {
 
 void UciFrontEnd::completeLimits(SearchLimits& limits, int movesToGo) {
   limits.canPonder = canPonder_;
-  const std::optional<int> movesOutOfBook = bookExit_.movesOutOfBook(control_.board());
-  if (movesOutOfBook) logInfo(UCI_LOG, OUT_OF_BOOK, *movesOutOfBook);
+  const std::optional<int> movesOutOfBook = game_.movesOutOfBook();
+  if (movesOutOfBook) logInfo(UCI_LOG, "out of book=%i\n", *movesOutOfBook);
   limits.movesOutOfBook = movesOutOfBook.value_or(0);
   if (limits.moveTime) {
     logInfo(UCI_LOG, "got hard moves/millis=%i/%i\n", movesToGo, *limits.moveTime);

@@ -6,6 +6,7 @@
 #include "platform/end_request.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"
+#include "protocol/refusal.h"
 #include "util/file_system.h"
 #include "util/format.h"
 #include "util/log.h"
@@ -130,8 +131,8 @@ void WinboardFrontEnd::memory() {
 void WinboardFrontEnd::newGame() {
   stop();
   control_.search().makeReady();
-  bookExit_.reset();
-  control_.setPosition(START_FEN);
+  game_.returnToBook();
+  game_.setUp(START_FEN);
   engineSide_ = BLACK;
   paused_ = false;
   depthLimit_ = 0;
@@ -150,7 +151,7 @@ void WinboardFrontEnd::variant() {
 
 void WinboardFrontEnd::setBoard() {
   stop();
-  if (!control_.setPosition(tokens_.rest().view())) send("tellusererror Illegal position\n");
+  if (!reportRefusal(game_.setUp(tokens_.rest().view()))) send("tellusererror Illegal position\n");
   restartAnalysis();
 }
 
@@ -176,16 +177,15 @@ void WinboardFrontEnd::stop() {
     control_.stopSearch();
     note("stopped");
   }
-  if (ponderMove_.load().isNull()) return;
+  if (game_.ponderMove().isNull()) return;
   note("stop(): undo pondermove");
-  takeBack();
-  ponderMove_ = NULL_MOVE;
+  game_.takeBack();
 }
 
 void WinboardFrontEnd::go() {
   stop();
   paused_ = false;
-  engineSide_ = control_.board().side;
+  engineSide_ = game_.board().side;
   think(Caller::COMMAND_THREAD);
 }
 

@@ -6,11 +6,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "book/book_picker.h"
+#include "game/game.h"
 #include "platform/printf_format.h"
-#include "protocol/book_exit.h"
 #include "protocol/engine_control.h"
 #include "protocol/engine_status.h"
 #include "protocol/log_redirection.h"
@@ -23,14 +22,13 @@
 
 namespace ombrin {
 
-// Speaks the WinBoard/xboard protocol, version 2: keeps the game, decides after every move whether
+// Speaks the WinBoard/xboard protocol, version 2: plays the game, decides after every move whether
 // to think, to ponder or to wait, takes moves back, follows the time controls, and prints thinking
 // lines and its moves.
 //
 // How the two threads share the game. A search that ends calls `finished` on the search thread.
-// It makes the engine's move on the game board, prints it, and may go on to make the move that it
-// expects in reply and ponder on it, while the GUI, having read the move, already sends the next
-// command. Therefore:
+// It plays the engine's move, prints it, and may go on to make the move that it expects in reply
+// and ponder on it, while the GUI, having read the move, already sends the next command. Therefore:
 //
 // 1. All of this happens under the game lock (EngineControl), which the command loop holds for
 //    every line too. Whatever command follows a printed move finds the game complete.
@@ -54,8 +52,8 @@ class WinboardFrontEnd final : public SearchObserver {
     int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
   };
 
-  WinboardFrontEnd(EngineControl& control, BookPicker& picker, OutputStream& output)
-      : control_(control), picker_(picker), output_(output) {}
+  WinboardFrontEnd(EngineControl& control, Game& game, BookPicker& picker, OutputStream& output)
+      : control_(control), game_(game), picker_(picker), output_(output) {}
 
   void configure(Settings settings) { settings_ = std::move(settings); }
   // Has the protocol been entered?
@@ -74,12 +72,6 @@ class WinboardFrontEnd final : public SearchObserver {
   struct Command {
     std::string_view word;
     void (WinboardFrontEnd::*handle)();
-  };
-  // What taking a move back needs and the board does not keep, as it was before the move.
-  struct PlyRecord {
-    SavedState saved;
-    Move rootMove;
-    std::uint32_t droppedPlies;
   };
   enum class Caller { COMMAND_THREAD, SEARCH_THREAD };
 
@@ -131,13 +123,7 @@ class WinboardFrontEnd final : public SearchObserver {
 
   // The move as a word of the game board; a search knows it as one of its own board.
   Move onGameBoard(Move move);
-  bool makeMoveOnBoard(Move move);
-  bool takeBack();
   void takeBackForUser();
-  // Forgets how to take moves back when someone else has changed the game since.
-  void checkHistory();
-  // The opponent's move, read in the position before the pending ponder move.
-  Move readOpponentMove(std::string_view text);
 
   void send(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
   void note(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
@@ -145,6 +131,7 @@ class WinboardFrontEnd final : public SearchObserver {
   static const Command COMMANDS[];
 
   EngineControl& control_;
+  Game& game_;
   BookPicker& picker_;
   OutputStream& output_;
   std::mutex outputLock_;  // guards output_, a line at a time
@@ -156,8 +143,8 @@ class WinboardFrontEnd final : public SearchObserver {
   WinboardLog log_;
   ReportThrottle throttle_;  // search thread; reset before it starts
   std::atomic<bool> post_ = false;
-  // The move that was made on the board to ponder on; null when there is none.
-  std::atomic<Move> ponderMove_;
+  // What the lines of a ponder search start behind. Search thread; set before it starts.
+  Move ponderedMove_;
 
   // The rest under the game lock.
   bool ponder_ = false;
@@ -165,11 +152,7 @@ class WinboardFrontEnd final : public SearchObserver {
   bool paused_ = false;
   int engineSide_ = WHITE;
   int sideBeforeAnalysis_ = WHITE;
-  BookExit bookExit_;
-  std::vector<PlyRecord> history_;  // one for each move that can be taken back
-  // EngineControl::settlements() when history_ began and the search was started: another number
-  // means another game.
-  std::uint32_t settlements_ = 0;
+  Game::Place searched_{};  // where the last search began
   bool duringPonderhit_ = false;
   bool thinkAfterPonderhit_ = false;
 

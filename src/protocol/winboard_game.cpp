@@ -1,9 +1,7 @@
 // The part of the WinBoard front-end that keeps the game and thinks about it.
-#include <algorithm>
 #include <utility>
 
 #include "board/display.h"
-#include "board/make_move.h"
 #include "board/notation.h"
 #include "protocol/winboard_front_end.h"
 #include "protocol/winboard_lines.h"
@@ -11,51 +9,14 @@
 
 namespace ombrin {
 
-// ---- the board ----
+// ---- the game ----
 
 Move WinboardFrontEnd::onGameBoard(Move move) {
-  return move.isNull() ? move : parseMove(control_.board(), moveToCoordinates(move));
-}
-
-bool WinboardFrontEnd::makeMoveOnBoard(Move move) {
-  checkHistory();
-  Board& board = control_.board();
-  board.makeRoom();
-  const PlyRecord record{board.save(), board.rootMove, board.droppedPlies};
-  if (move.isNull() || control_.makeGameMove(move).isNull()) return false;
-  history_.push_back(record);
-  return true;
-}
-
-void WinboardFrontEnd::checkHistory() {
-  if (settlements_ == control_.settlements()) return;
-  settlements_ = control_.settlements();
-  history_.clear();
-  ponderMove_ = NULL_MOVE;
-}
-
-bool WinboardFrontEnd::takeBack() {
-  checkHistory();
-  Board& board = control_.board();
-  if (board.ply == 0 || history_.empty()) return false;
-  PlyRecord record = history_.back();
-  history_.pop_back();
-  // The board has forgotten moves since; what it remembers now starts that much later.
-  const std::uint32_t dropped = board.droppedPlies - record.droppedPlies;
-  record.saved.lastIrreversible -=
-      static_cast<std::uint16_t>(std::min<std::uint32_t>(record.saved.lastIrreversible, dropped));
-  const Move move = board.moveHistory[board.ply - 1];
-  if (move.isNull()) {
-    unmakeNullMove(board, record.saved);
-  } else {
-    unmakeMove(board, move, record.saved);
-  }
-  board.rootMove = record.rootMove;
-  return true;
+  return move.isNull() ? move : parseMove(game_.board(), moveToCoordinates(move));
 }
 
 void WinboardFrontEnd::takeBackForUser() {
-  if (!takeBack()) send("tellusererror cannot undo\n");
+  if (!game_.takeBack()) send("tellusererror cannot undo\n");
 }
 
 void WinboardFrontEnd::undo() {
@@ -93,7 +54,7 @@ void WinboardFrontEnd::think(Caller caller) {
   } else if (analyze_) {
     note("think: analyze");
     startThinking(caller, WinboardStatus::SEARCHING, true);
-  } else if (engineSide_ == static_cast<int>(control_.board().side)) {
+  } else if (engineSide_ == static_cast<int>(game_.board().side)) {
     if (playBookMove()) {
       note("think: bookmove");
     } else {
@@ -103,7 +64,7 @@ void WinboardFrontEnd::think(Caller caller) {
     note("think: pondering disabled");
   } else {
     note("think: ponder");
-    if (makePonderMove()) {
+    if (game_.playPonderMove(onGameBoard(control_.search().report().ponderMove()))) {
       startThinking(caller, WinboardStatus::PONDERING, true);
     } else {
       note("think: no move to ponder");
@@ -112,22 +73,15 @@ void WinboardFrontEnd::think(Caller caller) {
 }
 
 bool WinboardFrontEnd::playBookMove() {
-  if (bookExit_.known()) return false;
+  if (game_.hasLeftBook()) return false;
   const Move move = picker_.pick();
-  if (makeMoveOnBoard(move)) {
+  if (!game_.play(move).isNull()) {
     send("move %s\n", moveToCoordinates(move).c_str());
     return true;
   }
-  bookExit_.record(control_.board());
-  note("WB: First search out of book is at %u ply\n", bookExit_.firstOutOfBookPly());
+  game_.leaveBook();
+  note("WB: First search out of book is at %u ply\n", game_.firstPlyOutOfBook());
   return false;
-}
-
-bool WinboardFrontEnd::makePonderMove() {
-  const Move move = onGameBoard(control_.search().report().ponderMove());
-  if (!makeMoveOnBoard(move)) return false;
-  ponderMove_ = move;
-  return true;
 }
 
 void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool infinite) {
@@ -135,33 +89,33 @@ void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool 
   if (old != WinboardStatus::IDLE) {
     note("Expected current status==IDLE, got %i\n", static_cast<int>(old));
   }
-  checkHistory();
+  searched_ = game_.place();
+  ponderedMove_ = game_.ponderMove();
   limits_ = limits(infinite);
   throttle_.reset();
   note("go()...");
   if (caller == Caller::SEARCH_THREAD) {
-    control_.searchNext(limits_, *this);
+    control_.searchNext(game_.board(), limits_, *this);
   } else {
-    control_.startSearch(limits_, *this);
+    control_.startSearch(game_.board(), limits_, *this);
   }
   note("go() ok");
 }
 
 void WinboardFrontEnd::userMove() {
-  checkHistory();
   const RefString text = tokens_.rest();
-  const Move ponderMove = ponderMove_;
+  const Move ponderMove = game_.ponderMove();
   Move move;
   if (!ponderMove.isNull()) {
-    move = readOpponentMove(text.view());
+    move = game_.parseBeforePonderMove(text.view());
     if (!move.isNull() && move.isSameAs(ponderMove)) return ponderhit();
     stop();
   } else {
     stop();
-    move = parseMove(control_.board(), text.view());
+    move = parseMove(game_.board(), text.view());
   }
-  if (makeMoveOnBoard(move)) {
-    printBoard(control_.board(), logFile);
+  if (!game_.play(move).isNull()) {
+    printBoard(game_.board(), logFile);
     think(Caller::COMMAND_THREAD);
   } else {
     send("Illegal Move: %s\n", text.c_str());
@@ -169,17 +123,9 @@ void WinboardFrontEnd::userMove() {
   }
 }
 
-Move WinboardFrontEnd::readOpponentMove(std::string_view text) {
-  Board before;
-  before.copyFrom(control_.board());
-  unmakeMove(before, before.moveHistory[before.ply - 1], history_.back().saved);
-  before.rootMove = history_.back().rootMove;
-  return parseMove(before, text);
-}
-
 void WinboardFrontEnd::ponderhit() {
   note("ponderhit");
-  ponderMove_ = NULL_MOVE;
+  game_.confirmPonderMove();
   if (status_.replace(WinboardStatus::SEARCHING) == WinboardStatus::IDLE) {
     status_.replace(WinboardStatus::IDLE);
     note("pondering already finished!");
@@ -208,7 +154,7 @@ void WinboardFrontEnd::finished(const SearchReport& report) {
     note("finished(): already idle, do nothing");
   } else if (analyze_) {
     note("finished(): analysis mode, do nothing\n");
-  } else if (settlements_ != control_.settlements()) {
+  } else if (searched_ != game_.place()) {
     note("finished(): another position has been set up meanwhile");
   } else {
     answer(Caller::SEARCH_THREAD, report);
@@ -217,7 +163,7 @@ void WinboardFrontEnd::finished(const SearchReport& report) {
 }
 
 void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
-  const Color side = control_.board().side;
+  const Color side = game_.board().side;
   if (report.bestMove.isNull()) {
     if (report.score == DRAW) {
       send("1/2-1/2 {Stalemate}\n");
@@ -227,7 +173,7 @@ void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
     return;
   }
   const Move move = onGameBoard(report.bestMove);
-  if (!makeMoveOnBoard(move)) return;
+  if (game_.play(move).isNull()) return;
   send("move %s\n", moveToCoordinates(move).c_str());
   if (report.score >= Score::mateIn(1)) {
     announceWin(side);
@@ -248,8 +194,7 @@ void WinboardFrontEnd::announceWin(Color winner) {
 void WinboardFrontEnd::reportBestLine(const SearchReport& report) {
   if (!post_ || !throttle_.admitBestLine(report)) return;
   const bool pondering = status_.current() == WinboardStatus::PONDERING;
-  const Move ponderMove = pondering ? ponderMove_.load() : NULL_MOVE;
-  send("%s\n", winboardThinkingLine(report, ponderMove).c_str());
+  send("%s\n", winboardThinkingLine(report, pondering ? ponderedMove_ : NULL_MOVE).c_str());
 }
 
 }  // namespace ombrin

@@ -35,7 +35,7 @@ void WinboardFrontEnd::level() {
   const std::optional<int> increment = numberArgument(0);
   if (!moves || !baseTime || !increment) return;
   movesPerControl_ = *moves;
-  basePly_ = control_.board().gamePly();
+  basePly_ = game_.board().gamePly();
   millis_ = *baseTime;
   incrementMs_ = scaled(*increment, 1000);
   fixedMoveTime_.reset();
@@ -67,12 +67,12 @@ SearchLimits WinboardFrontEnd::limits(bool infinite) {
   note("updatetime(): nmoves=%i, millis=%u, incms=%i\n", movesPerControl_,
        static_cast<unsigned>(millis_), incrementMs_);
   // A game that was taken back to before the "level" has made no moves since.
-  const std::uint32_t ply = control_.board().gamePly();
+  const std::uint32_t ply = game_.board().gamePly();
   const int movesMade = static_cast<int>((ply - std::min(basePly_, ply)) / 2);
   const int movesToGo = movesPerControl_ != 0 ? movesPerControl_ - movesMade % movesPerControl_ : 0;
   note("remaining moves until time control=%i (nmoved=%i)\n", movesToGo, movesMade);
-  const std::optional<int> movesOutOfBook = bookExit_.movesOutOfBook(control_.board());
-  if (movesOutOfBook) note(OUT_OF_BOOK, *movesOutOfBook);
+  const std::optional<int> movesOutOfBook = game_.movesOutOfBook();
+  if (movesOutOfBook) note("out of book=%i\n", *movesOutOfBook);
 
   SearchLimits limits;
   if (depthLimit_ > 0) limits.depth = depthLimit_;

@@ -5,6 +5,7 @@
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"
+#include "protocol/refusal.h"
 #include "util/print.h"
 #include "util/scan.h"
 #include "util/tokenizer.h"
@@ -88,7 +89,7 @@ void Console::handleLine(const RefString& command, const RefString& arguments) {
 }
 
 void Console::showBoard() const {
-  printBoard(control_.board(), stdout);
+  printBoard(game_.board(), stdout);
 }
 
 void Console::help(const RefString& /*arguments*/) {
@@ -105,7 +106,7 @@ void Console::quit(const RefString& /*arguments*/) {
 }
 
 void Console::reset(const RefString& /*arguments*/) {
-  control_.setPosition(START_FEN);
+  game_.setUp(START_FEN);
   showBoard();
 }
 
@@ -118,7 +119,7 @@ void Console::setUpFen(const RefString& arguments) {
 }
 
 void Console::setUp(std::string_view fen) {
-  if (!control_.setPosition(fen)) print(stdout, "setfen failed\n");
+  if (!reportRefusal(game_.setUp(fen))) print(stdout, "setfen failed\n");
   showBoard();
 }
 
@@ -165,16 +166,16 @@ void Console::playMoves(const RefString& command, const RefString& arguments) {
   } else {
     print(stdout, "no such command: %s\n", command.c_str());
   }
-  if (moved) control_.settleGame();
+  if (moved) game_.compactPieces();
 }
 
 bool Console::playMove(const RefString& word) {
-  const Move move = parseMove(control_.board(), word.view());
+  const Move move = parseMove(game_.board(), word.view());
   if (move.isNull()) {
     print(stdout, "invalid move: %s\n", word.c_str());
     return false;
   }
-  if (control_.makeGameMove(move).isNull()) {
+  if (game_.play(move).isNull()) {
     print(stdout, "move not accepted: %s\n", word.c_str());
     return false;
   }

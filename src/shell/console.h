@@ -6,6 +6,7 @@
 
 #include "book/book_file.h"
 #include "book/book_picker.h"
+#include "game/game.h"
 #include "protocol/engine_control.h"
 #include "util/ini_file.h"
 #include "util/ref_string.h"
@@ -16,8 +17,9 @@ namespace ombrin {
 // the game lock held.
 class Console {
  public:
-  Console(EngineControl& control, BookFile& book, BookPicker& picker, const IniFile& settings)
-      : control_(control), book_(book), picker_(picker), settings_(settings) {}
+  Console(EngineControl& control, Game& game, BookFile& book, BookPicker& picker,
+          const IniFile& settings)
+      : control_(control), game_(game), book_(book), picker_(picker), settings_(settings) {}
 
   // The ini file that was named at start-up; the one for building books unless a command names
   // another.
@@ -86,6 +88,7 @@ class Console {
   static const Option OPTIONS[];
 
   EngineControl& control_;
+  Game& game_;
   BookFile& book_;
   BookPicker& picker_;
   const IniFile& settings_;

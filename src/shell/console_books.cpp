@@ -1,6 +1,7 @@
 // The console's commands for opening books.
 #include <string>
 
+#include "board/fen.h"
 #include "board/notation.h"
 #include "book/book_builder.h"
 #include "book/book_merge.h"
@@ -70,9 +71,11 @@ void Console::buildBook(const RefString& arguments) {
   }
   control_.stopSearch();
   std::string bookFile;
-  const bool built = ombrin::buildBook(control_.board(), bookFile,
-                                       iniFile.empty() ? iniFile_ : iniFile, pgnFile, maxGames);
-  control_.settleGame();
+  Board board;
+  const bool built =
+      ombrin::buildBook(board, bookFile, iniFile.empty() ? iniFile_ : iniFile, pgnFile, maxGames);
+  // Once games have been read, the listing is that of the start position.
+  if (!board.occupied().empty()) game_.setUp(START_FEN);
   if (!built) return;
   print(stdout, "opening %s...\n", bookFile.c_str());
   loadBook(RefString(bookFile));

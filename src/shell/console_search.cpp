@@ -42,7 +42,8 @@ constexpr int MAX_TREE_DEPTH = Board::SEARCH_HEADROOM;
 void Console::divideTree(const RefString& arguments) {
   const int depth = readDepth(arguments, 1).value_or(1);
   if (depth > MAX_TREE_DEPTH) return reportIllegal(arguments);
-  Board& board = control_.board();
+  Board board;
+  board.copyFrom(game_.board());
   board.makeRoom();
   divide(board, depth, board.lastMove());
 }
@@ -51,11 +52,13 @@ void Console::countTree(const RefString& arguments) {
   constexpr int DEFAULT_DEPTH = 2;
   const std::optional<int> maxDepth = readDepth(arguments, DEFAULT_DEPTH);
   if (!maxDepth || *maxDepth > MAX_TREE_DEPTH) return reportIllegal(arguments);
-  control_.board().makeRoom();
+  Board board;
+  board.copyFrom(game_.board());
+  board.makeRoom();
   print(stdout, "perft %i\n", *maxDepth);
   for (int depth = 1; depth <= *maxDepth; ++depth) {
     const std::uint64_t start = tickCount();
-    const std::uint64_t count = perft(control_.board(), depth);
+    const std::uint64_t count = perft(board, depth);
     const std::uint64_t millis = tickCount() - start;
     // What took less than a tick is counted as one.
     const double perMilli =
@@ -70,7 +73,7 @@ void Console::countTree(const RefString& arguments) {
 }
 
 void Console::listMoves(const RefString& /*arguments*/) {
-  const Board& board = control_.board();
+  const Board& board = game_.board();
   const MoveList moves = pseudoLegalMoves(board, board.lastMove());
   print(stdout, "#moves = %i\n", static_cast<int>(moves.size()));
   for (const Move move : moves) {
@@ -89,9 +92,9 @@ void Console::search(const RefString& arguments) {
     print(stdout, "tt not cleared\n");
   }
   if (async_) {
-    control_.startSearch(limits_, observer_);
+    control_.startSearch(game_.board(), limits_, observer_);
   } else {
-    control_.searchAndWait(limits_, observer_);
+    control_.searchAndWait(game_.board(), limits_, observer_);
   }
 }
 

@@ -28,7 +28,7 @@ void Engine::start(const std::string& iniFile) {
   applySettings(settings);
   startThreads(settings.threads);
   const auto lock = control_.lockGame();
-  control_.setPosition(START_FEN);
+  game_.setUp(START_FEN);
   console_.showBoard();
 }
 

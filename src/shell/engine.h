@@ -6,6 +6,7 @@
 #include "book/book_file.h"
 #include "book/book_picker.h"
 #include "egbb/bitbases.h"
+#include "game/game.h"
 #include "protocol/engine_control.h"
 #include "protocol/output_stream.h"
 #include "protocol/uci_front_end.h"
@@ -46,12 +47,13 @@ class Engine {
   Bitbases bitbases_;
   SearchController search_{tt_, bitbases_};
   EngineControl control_{search_};
+  Game game_;
   FileOutputStream output_{stdout};
-  BookFile book_{control_.board()};
+  BookFile book_{game_.board()};
   BookPicker picker_{book_};
-  UciFrontEnd uci_{control_, picker_, output_};
-  WinboardFrontEnd winboard_{control_, picker_, output_};
-  Console console_{control_, book_, picker_, settings_};
+  UciFrontEnd uci_{control_, game_, picker_, output_};
+  WinboardFrontEnd winboard_{control_, game_, picker_, output_};
+  Console console_{control_, game_, book_, picker_, settings_};
   Tokenizer words_;
 };
 

@@ -348,8 +348,19 @@ TEST_F(Winboard, LeavesAGameAloneThatSomeoneElseChanged) {
   }
   EXPECT_TRUE(contains(session.ask("stop"), "bestmove "));
   EXPECT_TRUE(contains(session.ask(""), "/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0"));
-  // Moves that were typed are settled; their captures cannot be put back.
+}
+
+TEST_F(Winboard, TakesBackWhatOthersPlayed) {
+  Session session(INI);
   session.ask("e4 d5 exd5");
+  session.ask("Qxd5");
+  session.ask("undo");
+  session.ask("remove");
+  EXPECT_TRUE(contains(session.ask(""), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq"));
+  session.ask("position startpos moves e2e4 d7d5 e4d5");
+  session.ask("undo");
+  EXPECT_TRUE(contains(session.ask(""), "/ppp1pppp/8/3p4/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2"));
+  session.ask("remove");
   EXPECT_TRUE(contains(session.ask("undo"), "tellusererror cannot undo"));
 }
 

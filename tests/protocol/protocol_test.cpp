@@ -2,15 +2,10 @@
 
 #include <fstream>
 
-#include "board/fen.h"
-#include "board/make_move.h"
-#include "board/notation.h"
-#include "protocol/book_exit.h"
 #include "protocol/log_file_namer.h"
 #include "protocol/report_throttle.h"
 #include "protocol/uci_lines.h"
 #include "protocol/winboard_lines.h"
-#include "support/random_positions.h"
 #include "temporary_directory.h"
 
 namespace ombrin {
@@ -93,24 +88,6 @@ TEST(Throttle, HoldsBackWhatIsStable) {
   EXPECT_TRUE(throttle.admitCurrentMove({.time = 1}));
   EXPECT_FALSE(throttle.admitCurrentMove({.number = 1, .time = 100}));
   EXPECT_TRUE(throttle.admitCurrentMove({.number = 1, .time = 101}));
-}
-
-TEST(BookExit, CountsOnesOwnMoves) {
-  Board board;
-  ASSERT_TRUE(setFen(board, START_FEN));
-  BookExit bookExit;
-  EXPECT_EQ(bookExit.movesOutOfBook(board), std::nullopt);
-  for (const char* move : {"e4", "e5"}) makeMove(board, parseMove(board, move));
-  bookExit.record(board);
-  EXPECT_EQ(bookExit.firstOutOfBookPly(), 3U);
-  EXPECT_EQ(bookExit.outOfBookHash(), board.hash);
-  const int expected[] = {1, 1, 2, 2, 3};
-  for (const int count : expected) {
-    EXPECT_EQ(bookExit.movesOutOfBook(board), count);
-    makeMove(board, legalMoves(board)[0]);
-  }
-  ASSERT_TRUE(setFen(board, START_FEN));
-  EXPECT_EQ(bookExit.movesOutOfBook(board), std::nullopt);
 }
 
 TEST(LogFileNamer, TakesTheFirstFreeNumber) {

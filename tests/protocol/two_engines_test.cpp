@@ -36,11 +36,12 @@ struct UciEngine {
   Bitbases bitbases;
   SearchController search{tt, bitbases};
   EngineControl control{search};
-  BookFile book{control.board()};
+  Game game;
+  BookFile book{game.board()};
   BookPicker picker{book};
   File file{std::tmpfile(), &std::fclose};
   FileOutputStream output{file.get()};
-  UciFrontEnd uci{control, picker, output};
+  UciFrontEnd uci{control, game, picker, output};
 };
 
 TEST(TwoEngines, SearchSideBySideInOneProcess) {
