@@ -120,7 +120,7 @@ std::string moveToText(Move move) {
 std::string moveToCoordinates(Move move) {
   if (move.isNull()) return "0000";
   std::string text = move.from().text() + move.to().text();
-  if (move.isPromotion()) text += upperLetter(move.promotion());
+  if (move.isPromotion()) text += PIECE_LETTERS[move.promotion()];
   return text;
 }
 

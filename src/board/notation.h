@@ -11,7 +11,7 @@ namespace ombrin {
 // "e2e4", "e4xd5", "e7e8=Q+", "f6xg7++", "O-O"; "%" for the null move.
 std::string moveToText(Move move);
 
-// "e2e4", "e7e8Q"; "0000" for the null move: what the protocols speak.
+// "e2e4", "e7e8q"; "0000" for the null move: what the protocols speak.
 std::string moveToCoordinates(Move move);
 
 // The legal move of the position that the text denotes, in coordinate or algebraic notation, with

@@ -15,9 +15,11 @@ const char* statusName(UciStatus status) {
     case UciStatus::POSITION:
       return "pos";
     case UciStatus::SEARCHING:
+    case UciStatus::ANALYZING:
       return SEARCHING_NAME;
     case UciStatus::PONDERING:
       return PONDERING_NAME;
+    case UciStatus::HELD_BACK:
     case UciStatus::IDLE:
       break;
   }

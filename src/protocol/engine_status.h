@@ -18,6 +18,13 @@ class EngineStatus {
     return std::exchange(status_, next);
   }
 
+  // The same, where the new one depends on the old one: next(old).
+  template <typename Next>
+  Status change(Next next) {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(status_, next(status_));
+  }
+
   // For log lines and assertions; it may be out of date at once.
   Status current() const {
     const std::lock_guard lock(mutex_);
@@ -29,7 +36,9 @@ class EngineStatus {
   Status status_ = Status::IDLE;
 };
 
-enum class UciStatus { IDLE, POSITION, SEARCHING, PONDERING };
+// A search that has ended by itself while the client may not hear it yet, pondering or analysing
+// without end, is HELD_BACK.
+enum class UciStatus { IDLE, POSITION, SEARCHING, PONDERING, ANALYZING, HELD_BACK };
 enum class WinboardStatus { IDLE, SEARCHING, PONDERING };
 
 // As trace and log lines name it.

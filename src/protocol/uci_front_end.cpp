@@ -94,7 +94,9 @@ void UciFrontEnd::stop() {
   trace("stop()...");
   switch (status_.replace(UciStatus::IDLE)) {
     case UciStatus::IDLE:
-      reportResult(false);
+      break;
+    case UciStatus::HELD_BACK:
+      reportHeldBack();
       break;
     case UciStatus::POSITION:
       print(stderr, "uci:: stop without preceeding go?\n");
@@ -102,6 +104,7 @@ void UciFrontEnd::stop() {
       break;
     case UciStatus::SEARCHING:
     case UciStatus::PONDERING:
+    case UciStatus::ANALYZING:
       logInfo(UCI_LOG, "uci:stop() START\n");
       control_.stopSearch();
       logInfo(UCI_LOG, "uci:stop() END\n");
@@ -112,21 +115,32 @@ void UciFrontEnd::stop() {
 
 void UciFrontEnd::ponderhit() {
   trace("ponderhit()...");
-  switch (status_.replace(UciStatus::SEARCHING)) {
+  const auto next = [](UciStatus status) {
+    switch (status) {
+      case UciStatus::PONDERING:
+        return UciStatus::SEARCHING;
+      case UciStatus::HELD_BACK:
+        return UciStatus::IDLE;
+      default:
+        return status;
+    }
+  };
+  switch (status_.change(next)) {
     case UciStatus::PONDERING:
       control_.ponderhit(limits_);
       break;
-    case UciStatus::IDLE:
+    case UciStatus::HELD_BACK:
       logInfo(UCI_LOG, "Uci:ponderhit(): already finished\n");
-      status_.replace(UciStatus::IDLE);
-      reportResult(true);
+      reportHeldBack();
+      break;
+    case UciStatus::IDLE:
       break;
     case UciStatus::POSITION:
       print(stderr, "uci:: ponderhit without preceeding go(): send bestmove 0000\n");
-      status_.replace(UciStatus::POSITION);
       sendBestMove(NULL_MOVE, NULL_MOVE);
       break;
     case UciStatus::SEARCHING:
+    case UciStatus::ANALYZING:
       print(stderr, "uci::ponderhit status==SEARCHING, ponderhit ignored\n");
       break;
   }

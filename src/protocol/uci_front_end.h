@@ -24,14 +24,15 @@ namespace ombrin {
 //
 // Commands arrive on the command thread, with the game lock held; the observer's operations come on
 // the search thread and touch neither the board nor the game lock. The status decides which of the
-// two prints the best move: `finished` does, unless it finds PONDERING; then the answer is held
-// back, because the protocol forbids one while pondering, and "ponderhit" or "stop" gives it.
+// two prints the best move: `finished` does, unless the client may not hear it yet, because it has
+// the engine ponder or analyse without end. Then the answer is held back, and "ponderhit" or "stop"
+// gives it. Every "go" has one answer.
 class UciFrontEnd final : public SearchObserver {
  public:
   struct Settings {
     std::string logDirectory;
     bool trace = false;
-    int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
+    std::optional<int> timeGap;  // milliseconds of the remaining time to keep in reserve
   };
 
   UciFrontEnd(EngineControl& control, Game& game, BookPicker& picker, OutputStream& output)
@@ -60,11 +61,11 @@ class UciFrontEnd final : public SearchObserver {
   };
   // A row both of what is announced and of what "setoption" takes.
   struct Option {
-    const char* name;  // its first word is the one by which it is known
+    const char* name;
     const char* type;
     std::string (*standard)(const UciFrontEnd&);  // the default that is announced; null: none
     std::optional<Range> range;
-    void (UciFrontEnd::*set)();  // takes the tokens behind that word
+    void (UciFrontEnd::*set)(std::string_view value);
   };
   void enter();
   void position();
@@ -76,13 +77,15 @@ class UciFrontEnd final : public SearchObserver {
   void stop();
   void quit();
 
-  void setOpponent();
-  void setHash();
-  void clearHash();
-  void setPonder();
-  void setOwnBook();
-  void setThreads();
-  void ignoreOption() {}
+  void setOpponent(std::string_view value);
+  void setHash(std::string_view value);
+  void clearHash(std::string_view value);
+  void setPonder(std::string_view value);
+  void setOwnBook(std::string_view value);
+  void setThreads(std::string_view value);
+  void setMoveOverhead(std::string_view value);
+  void setAnalyseMode(std::string_view value);
+  void ignoreOption(std::string_view /*value*/) {}
 
   void redirectLog();
   void redirectErrors();
@@ -92,18 +95,16 @@ class UciFrontEnd final : public SearchObserver {
   // Sets up the board from the tokens and returns the token that follows.
   RefString setUp(RefString token);
   void playMoves();
-  bool answerWithoutSearch();
-  void leaveBook();
-  SearchLimits readLimits(bool& ponder);
-  void completeLimits(SearchLimits& limits, int movesToGo);
+  bool isPlaying(const SearchLimits& limits) const;
+  bool answerFromBook();
+  // What "go" asks for; `status` becomes what the engine is then doing.
+  SearchLimits readLimits(UciStatus& status);
+  void completeLimits(SearchLimits& limits);
+  int reserve(int remaining) const;
   // The next token's number; nothing when the token is not one.
   std::optional<std::int64_t> numberToken();
-  // The value of an option, after the word before it; nothing when it is not a number.
-  std::optional<int> numberValue(int absent);
-  bool switchValue();
-
-  // Prints what the last search came to.
-  void reportResult(bool withPonderMove);
+  // Prints what the search came to that ended unheard.
+  void reportHeldBack();
   void sendInfo(const SearchReport& report);
   void sendBestMove(Move bestMove, Move ponderMove);
   void send(std::string_view line);
@@ -124,7 +125,9 @@ class UciFrontEnd final : public SearchObserver {
   bool active_ = false;
   bool useBook_ = true;
   bool canPonder_ = false;
-  SearchLimits limits_;  // of the last "go"
+  bool isAnalysis_ = false;
+  int moveOverhead_ = 0;  // milliseconds; 0: see reserve()
+  SearchLimits limits_;   // of the last "go"
   Tokenizer tokens_;
   LogRedirection logs_;
   ReportThrottle throttle_;  // search thread; reset before it starts

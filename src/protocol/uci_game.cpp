@@ -4,7 +4,6 @@
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"
-#include "protocol/refusal.h"
 #include "protocol/uci_front_end.h"
 #include "protocol/uci_log.h"
 #include "util/print.h"
@@ -25,12 +24,14 @@ void UciFrontEnd::position() {
 void UciFrontEnd::stopForPosition(UciStatus status) {
   switch (status) {
     case UciStatus::IDLE:
+    case UciStatus::HELD_BACK:
       break;
     case UciStatus::POSITION:
       logInfo(UCI_LOG, "uci: 2x position?\n");
       break;
     case UciStatus::SEARCHING:
     case UciStatus::PONDERING:
+    case UciStatus::ANALYZING:
       print(stderr, "uci::position(): search still running? status=%i\n", static_cast<int>(status));
       trace("position: not stopped? stopping!...");
       control_.stopSearch();
@@ -53,7 +54,9 @@ RefString UciFrontEnd::setUp(RefString token) {
     fen += token.view();
     fen += ' ';
   }
-  reportRefusal(game_.setUp(fen));
+  if (const FenResult result = game_.setUp(fen); !result) {
+    send((active_ ? "info string " : "") + result.error + '\n');
+  }
   return token;
 }
 
@@ -85,40 +88,44 @@ void UciFrontEnd::go() {
   trace("go()...");
   const UciStatus found = status_.replace(UciStatus::IDLE);
   control_.stopSearch();  // a search that still runs answers first
-  if (answerWithoutSearch()) return;
-  leaveBook();
-  bool ponder = false;
-  limits_ = readLimits(ponder);
+  UciStatus status = UciStatus::SEARCHING;
+  limits_ = readLimits(status);
+  if (game_.wasRefused()) {
+    print(stderr, "go(): the position was refused, there is nothing to search\n");
+    sendBestMove(NULL_MOVE, NULL_MOVE);
+    return;
+  }
+  if (isPlaying(limits_) && answerFromBook()) return;
+  completeLimits(limits_);
   if (found != UciStatus::POSITION) {
     print(stderr, "Expected current status==POSITION, got %i\n", static_cast<int>(found));
   }
   throttle_.reset();
-  status_.replace(ponder ? UciStatus::PONDERING : UciStatus::SEARCHING);
+  status_.replace(status);
   control_.startSearch(game_.board(), limits_, *this);
   trace("go() ok");
 }
 
-bool UciFrontEnd::answerWithoutSearch() {
-  if (game_.wasRefused()) {
-    print(stderr, "go(): the position was refused, there is nothing to search\n");
-    sendBestMove(NULL_MOVE, NULL_MOVE);
-    return true;
+// Is the engine to play a move by a clock? Only then may the book answer, and the game leave it.
+bool UciFrontEnd::isPlaying(const SearchLimits& limits) const {
+  return (limits.game || limits.moveTime) && !limits.infinite && !limits.depth && !limits.nodes &&
+         !isAnalysis_;
+}
+
+bool UciFrontEnd::answerFromBook() {
+  if (game_.hasLeftBook()) return false;
+  const Move move = useBook_ ? picker_.pick() : NULL_MOVE;
+  if (move.isNull()) {
+    game_.leaveBook();
+    logInfo(UCI_LOG, "Uci:First search out of book is at %u ply\n", game_.firstPlyOutOfBook());
+    return false;
   }
-  if (game_.hasLeftBook() || !useBook_) return false;
-  const Move move = picker_.pick();
-  if (move.isNull()) return false;
   sendBestMove(move, NULL_MOVE);
   trace("go()...ok [book]");
   return true;
 }
 
-void UciFrontEnd::leaveBook() {
-  if (game_.hasLeftBook()) return;
-  game_.leaveBook();
-  logInfo(UCI_LOG, "Uci:First search out of book is at %u ply\n", game_.firstPlyOutOfBook());
-}
-
-SearchLimits UciFrontEnd::readLimits(bool& ponder) {
+SearchLimits UciFrontEnd::readLimits(UciStatus& status) {
   std::int64_t time[2] = {-1, -1};
   std::int64_t increment[2] = {0, 0};
   std::int64_t movesToGo = 0;
@@ -141,8 +148,9 @@ SearchLimits UciFrontEnd::readLimits(bool& ponder) {
     }
     if (word == "movetime") movesToGo = 1;
     if (word == "infinite" || word == "ponder") limits.infinite = true;
+    if (word == "infinite" && status == UciStatus::SEARCHING) status = UciStatus::ANALYZING;
     if (word == "ponder") {
-      ponder = true;
+      status = UciStatus::PONDERING;
       logInfo(UCI_LOG, "START pondering\n");
     }
   }
@@ -154,22 +162,27 @@ SearchLimits UciFrontEnd::readLimits(bool& ponder) {
     limits.game = {.movesToGo = clampToInt(movesToGo),
                    .remaining = clampToInt(time[side]),
                    .increment = clampToInt(increment[side]),
-                   .reserve = settings_.timeGap};
+                   .reserve = reserve(clampToInt(time[side]))};
   }
-  completeLimits(limits, clampToInt(movesToGo));
+  if (limits.moveTime) {
+    logInfo(UCI_LOG, "got hard moves/millis=%i/%i\n", clampToInt(movesToGo), *limits.moveTime);
+  } else if (limits.game) {
+    logInfo(UCI_LOG, "got wb moves/millis=%i/%i\n", clampToInt(movesToGo), limits.game->remaining);
+  }
   return limits;
 }
 
-void UciFrontEnd::completeLimits(SearchLimits& limits, int movesToGo) {
+int UciFrontEnd::reserve(int remaining) const {
+  if (moveOverhead_ > 0) return moveOverhead_;
+  return settings_.timeGap.value_or(defaultReserve(remaining));
+}
+
+void UciFrontEnd::completeLimits(SearchLimits& limits) {
   limits.canPonder = canPonder_;
   const std::optional<int> movesOutOfBook = game_.movesOutOfBook();
   if (movesOutOfBook) logInfo(UCI_LOG, "out of book=%i\n", *movesOutOfBook);
   limits.movesOutOfBook = movesOutOfBook.value_or(0);
-  if (limits.moveTime) {
-    logInfo(UCI_LOG, "got hard moves/millis=%i/%i\n", movesToGo, *limits.moveTime);
-  } else if (limits.game) {
-    logInfo(UCI_LOG, "got wb moves/millis=%i/%i\n", movesToGo, limits.game->remaining);
-  } else if (!limits.depth && !limits.nodes) {
+  if (!limits.moveTime && !limits.game && !limits.depth && !limits.nodes) {
     if (!limits.infinite) print(stderr, "go(): no time/depth/node limit\n");
     limits.moveTime = DEFAULT_MOVE_TIME;
   }

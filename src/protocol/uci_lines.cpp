@@ -13,10 +13,8 @@ using Count = unsigned long long;
 constexpr std::uint64_t LONG_ENOUGH_FOR_SPEED = 99;
 
 void appendScore(std::string& line, Score score) {
-  if (score > MATE_BOUND) {
+  if (score > MATE_BOUND || score < -MATE_BOUND) {
     append(line, " score mate %i", score.movesToMate());
-  } else if (score < -MATE_BOUND) {
-    append(line, " score mate -%i", -score.movesToMate());
   } else {
     append(line, " score cp %i", score.value());
   }
@@ -37,7 +35,7 @@ std::string uciInfoLine(const SearchReport& report) {
   append(text, "info depth %i seldepth %i", report.depth, report.selectiveDepth);
   appendScore(text, report.score);
   appendEffort(text, report);
-  text += " pv ";
+  if (!report.line.moves().empty()) text += " pv ";
   for (const Move move : report.line.moves()) {
     text += moveToCoordinates(move);
     text += ' ';

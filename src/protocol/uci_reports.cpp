@@ -11,7 +11,12 @@ namespace ombrin {
 
 void UciFrontEnd::finished(const SearchReport& report) {
   trace("finished()...");
-  if (status_.replace(UciStatus::IDLE) == UciStatus::PONDERING) {
+  const auto isUnheard = [](UciStatus status) {
+    return status == UciStatus::PONDERING || status == UciStatus::ANALYZING;
+  };
+  const UciStatus found = status_.change(
+      [&](UciStatus status) { return isUnheard(status) ? UciStatus::HELD_BACK : UciStatus::IDLE; });
+  if (isUnheard(found)) {
     logInfo(UCI_LOG, "Uci:finish() delay sending bestmove, status is still 'pondering'\n");
   } else {
     sendInfo(report);
@@ -31,11 +36,11 @@ void UciFrontEnd::reportCurrentMove(const RootMoveReport& report) {
   if (!text.empty()) send(text);
 }
 
-void UciFrontEnd::reportResult(bool withPonderMove) {
+void UciFrontEnd::reportHeldBack() {
   control_.stopSearch();  // the results belong to the search thread until it is idle
   const SearchReport report = control_.search().report();
   sendInfo(report);
-  sendBestMove(report.bestMove, withPonderMove ? report.ponderMove() : NULL_MOVE);
+  sendBestMove(report.bestMove, report.ponderMove());
 }
 
 void UciFrontEnd::sendInfo(const SearchReport& report) {

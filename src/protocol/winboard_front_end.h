@@ -49,7 +49,7 @@ class WinboardFrontEnd final : public SearchObserver {
  public:
   struct Settings {
     std::string logDirectory;
-    int timeGap = 0;  // milliseconds of the remaining time to keep in reserve
+    std::optional<int> timeGap;  // milliseconds of the remaining time to keep in reserve
   };
 
   WinboardFrontEnd(EngineControl& control, Game& game, BookPicker& picker, OutputStream& output)

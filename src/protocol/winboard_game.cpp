@@ -134,6 +134,7 @@ void WinboardFrontEnd::ponderhit() {
     return;
   }
   limits_.game->remaining = millis_;
+  limits_.game->reserve = settings_.timeGap.value_or(defaultReserve(millis_));
   note("ponderhit: adjusted nominal search time is %3.2f seconds\n",
        TimeBudgets(limits_).nominal() / 1000.0);
   duringPonderhit_ = true;

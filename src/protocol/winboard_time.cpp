@@ -80,13 +80,13 @@ SearchLimits WinboardFrontEnd::limits(bool infinite) {
   limits.game = {.movesToGo = movesToGo,
                  .remaining = millis_,
                  .increment = incrementMs_,
-                 .reserve = settings_.timeGap};
+                 .reserve = settings_.timeGap.value_or(defaultReserve(millis_))};
   limits.infinite = infinite;
   limits.canPonder = ponder_;
   limits.movesOutOfBook = movesOutOfBook.value_or(0);
   note("Nominal search time is %3.2f seconds, infinite=%i, timegap=%ims\n",
        TimeBudgets(limits).nominal() / 1000.0, infinite ? 1 : 0,
-       fixedMoveTime_ ? 0 : settings_.timeGap);
+       fixedMoveTime_ ? 0 : limits.game->reserve);
   return limits;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 
@@ -15,6 +16,12 @@ struct GameTime {
 
 // What a search gets that nobody has told how long it may take, in milliseconds.
 inline constexpr int DEFAULT_MOVE_TIME = 5000;
+
+// What is kept in reserve of a remaining time, in milliseconds, when nobody says how much: three
+// seconds, but never so much that a fast game could not be played.
+constexpr int defaultReserve(int remaining) {
+  return std::clamp(remaining / 20, 0, 3000);
+}
 
 // How long and how deep a search may go. A limit that is absent does not limit.
 struct SearchLimits {

@@ -66,7 +66,8 @@ unsigned SearchState::hashFull() const {
     const std::uint64_t stores = counters.stores.value();
     occupied += stores - std::min(stores, counters.overwrites.value());
   }
-  return static_cast<unsigned>(1000 * occupied / tt.entries());
+  return static_cast<unsigned>(1000 * std::min<std::uint64_t>(occupied, tt.entries()) /
+                               tt.entries());
 }
 
 SearchReport SearchState::report() const {

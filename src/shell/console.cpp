@@ -88,6 +88,13 @@ void Console::handleLine(const RefString& command, const RefString& arguments) {
   }
 }
 
+bool Console::knows(const RefString& command) const {
+  return std::ranges::any_of(COMMANDS, [&](const Command& known) {
+    return known.handle != nullptr &&
+           std::ranges::find(known.words, command.view()) != known.words.end();
+  });
+}
+
 void Console::showBoard() const {
   printBoard(game_.board(), stdout);
 }

@@ -27,6 +27,8 @@ class Console {
   // The processor's clock in MHz, for the cost of a position in clock ticks; 0 when unknown.
   void setProcessorClock(int megahertz) { processorClock_ = megahertz; }
 
+  // Is the word a command, not a move or a position?
+  bool knows(const RefString& command) const;
   // Takes any line: a command, a position in FEN, or moves to make on the board.
   void handleLine(const RefString& command, const RefString& arguments);
   // Has the command to leave been given?

@@ -33,15 +33,19 @@ void Engine::start(const std::string& iniFile) {
 }
 
 void Engine::applySettings(const EngineSettings& settings) {
-  const auto millis = [](int seconds) { return clampToInt(std::int64_t{seconds} * 1000); };
+  // Without the key, the front-ends keep what the time left allows.
+  const auto timeGap = [this](std::string_view key, int seconds) {
+    return settings_.get(key).empty() ? std::nullopt
+                                      : std::optional(clampToInt(std::int64_t{seconds} * 1000));
+  };
 
   console_.loadBook(RefString(settings.bookFile));
 
   uci_.configure({.logDirectory = settings.uciLogDirectory,
                   .trace = settings.uciTrace > 0,
-                  .timeGap = millis(settings.uciTimeGap)});
-  winboard_.configure(
-      {.logDirectory = settings.winboardLogDirectory, .timeGap = millis(settings.winboardTimeGap)});
+                  .timeGap = timeGap(UCI_TIME_GAP_KEY, settings.uciTimeGap)});
+  winboard_.configure({.logDirectory = settings.winboardLogDirectory,
+                       .timeGap = timeGap(WINBOARD_TIME_GAP_KEY, settings.winboardTimeGap)});
 
   if (!settings.bitbaseDirectory.empty()) {
     bitbases_.open(settings.bitbaseDirectory);
@@ -93,6 +97,8 @@ void Engine::handleLine(std::string_view line) {
   const bool winboardMay = !uci_.isActive();
   if (uciMay && uci_.handleLine(command, arguments)) return;
   if (winboardMay && winboard_.handleLine(command, arguments)) return;
+  // To a GUI, what nobody understands is no command; the log has it.
+  if (uci_.isActive() && !console_.knows(command)) return;
   console_.handleLine(command, arguments);
 }
 

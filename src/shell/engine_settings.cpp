@@ -8,7 +8,7 @@ using S = EngineSettings;
 constexpr IniRow<S> ROWS[] = {
     {"book.file", &S::bookFile, ""},         {"uci.trace", &S::uciTrace, "0"},
     {"uci.logdir", &S::uciLogDirectory, ""}, {"winboard.logdir", &S::winboardLogDirectory, ""},
-    {"uci.timegap", &S::uciTimeGap, "3"},    {"winboard.timegap", &S::winboardTimeGap, "3"},
+    {UCI_TIME_GAP_KEY, &S::uciTimeGap, "3"}, {WINBOARD_TIME_GAP_KEY, &S::winboardTimeGap, "3"},
     {TABLE_MB_KEY, &S::tableMb, "64"},       {"search.nthreads", &S::threads, "0"},
     {"egbb.dir", &S::bitbaseDirectory, ""},  {"egbb.cachemb", &S::bitbaseCacheMb, "16"},
     {"machine.mhz", &S::processorMhz, "0"},

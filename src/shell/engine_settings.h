@@ -30,6 +30,9 @@ struct EngineSettings {
   int processorMhz;  // 0: not known
 };
 
+// Keys of which it matters whether the file has them.
 inline constexpr std::string_view TABLE_MB_KEY = "tt.cachemb";
+inline constexpr std::string_view UCI_TIME_GAP_KEY = "uci.timegap";
+inline constexpr std::string_view WINBOARD_TIME_GAP_KEY = "winboard.timegap";
 
 }  // namespace ombrin

@@ -78,13 +78,15 @@ TEST_F(Books, PlayAtTheConsole) {
 TEST_F(Books, PlayUnderUci) {
   build();
   session_.ask("uci");
-  const auto answer = [&](const char* position) {
+  const auto answer = [&](const char* position, const char* go = "go movetime 10") {
     session_.send(position);
-    session_.send("go depth 2");
+    session_.send(go);
     const Lines lines = session_.linesUpTo("bestmove");
     const Lines rest = session_.ask("isready");
     return std::pair(lines.back(), contains(rest, "go()...ok [book]"));
   };
+  // The book plays, but it does not analyse, and an analysis does not leave it.
+  EXPECT_FALSE(answer("position startpos", "go depth 2").second);
   EXPECT_EQ(answer("position startpos"), std::pair(std::string("bestmove g1f3"), true));
   EXPECT_EQ(answer("position startpos moves g1f3"), std::pair(std::string("bestmove b8c6"), true));
   // Out of book, and the book is not asked again in this game, which has passed that position.

@@ -34,12 +34,14 @@ TEST(Uci, IntroducesItself) {
             "\n"
             "id name ombrin-0.5c\n"
             "id author Quorvath\n"
-            "option name Hash            type spin  default 32 min 1 max 4096\n"
-            "option name Clear Hash      type button\n"
-            "option name Ponder          type check default false\n"
-            "option name OwnBook         type check default true\n"
-            "option name Threads         type spin default 1 min 1 max 8\n"
-            "option name UCI_Opponent    type string\n"
+            "option name Hash type spin default 64 min 1 max 4096\n"
+            "option name Clear Hash type button\n"
+            "option name Ponder type check default false\n"
+            "option name OwnBook type check default true\n"
+            "option name Threads type spin default 1 min 1 max 8\n"
+            "option name Move Overhead type spin default 0 min 0 max 60000\n"
+            "option name UCI_AnalyseMode type check default false\n"
+            "option name UCI_Opponent type string default <empty>\n"
             "option name UCI_EngineAbout type string default ombrin by Quorvath\n"
             "uciok\n");
   // From now on nothing but protocol lines: no prompt, no log, no board.
@@ -124,8 +126,7 @@ const std::string PLACE = "position startpos moves e2e4 e7e5";
 INSTANTIATE_TEST_SUITE_P(
     Rows, UciStates,
     testing::Values(
-        Row{"idle: stop before any search", {"uci", "stop"}, {NO_BEST}},
-        Row{"idle: ponderhit before any search", {"uci", "ponderhit"}, {NO_BEST}},
+        Row{"idle: nothing to answer", {"uci", "stop", "ponderhit"}, {}},
         Row{"position: stop", {"uci", PLACE, "stop"}, {NO_BEST}},
         Row{"position: ponderhit",
             {"uci", PLACE, "ponderhit", "go depth 3", "wait bestmove 0000", "wait bestmove"},
@@ -146,13 +147,15 @@ INSTANTIATE_TEST_SUITE_P(
             {BEST_WITH_PONDER, BEST_WITH_PONDER}},
         Row{"searching: options",
             {"uci", PLACE, "go infinite", "wait info depth 3", "setoption name Hash value 8",
-             "wait bestmove", "go infinite", "wait info depth 3", "setoption name Clear Hash",
-             "wait bestmove", "go infinite", "wait info depth 3", "setoption name Threads value 2",
-             "wait bestmove"},
-            {BEST_WITH_PONDER, BEST_WITH_PONDER, BEST_WITH_PONDER}},
-        Row{"idle: stop says it once more",
-            {"uci", PLACE, "go depth 3", "wait bestmove", "stop"},
-            {BEST_WITH_PONDER, BEST_ALONE}},
+             "setoption name Clear Hash", "setoption name Threads value 2", "stop"},
+            {BEST_WITH_PONDER}},
+        Row{"idle: one answer for a go",
+            {"uci", PLACE, "go depth 3", "wait bestmove", "stop", "ponderhit", "stop"},
+            {BEST_WITH_PONDER}},
+        Row{"analysing: what ends by itself is held back",
+            {"uci", PLACE, "go infinite depth 2", "wait trace ##########[_idle_]: finished() ok",
+             "isready", "wait readyok", "stop", "stop"},
+            {BEST_WITH_PONDER}},
         Row{"pondering: the answer is held back",
             {"uci", PLACE, SHORT_PONDER, "wait trace ##########[_idle_]: finished() ok"},
             {}},
@@ -162,7 +165,7 @@ INSTANTIATE_TEST_SUITE_P(
             {BEST_WITH_PONDER}},
         Row{"idle after pondering: stop",
             {"uci", PLACE, SHORT_PONDER, "wait trace ##########[_idle_]: finished() ok", "stop"},
-            {BEST_ALONE}},
+            {BEST_WITH_PONDER}},
         Row{"pondering: ponderhit",
             {"uci", PLACE, "go ponder movetime 100", "wait info depth 3", "ponderhit",
              "wait bestmove"},
@@ -178,7 +181,8 @@ INSTANTIATE_TEST_SUITE_P(
              "wait bestmove", PLACE, "go depth 3", "wait bestmove"},
             {NO_BEST, BEST_WITH_PONDER}},
         Row{"mated",
-            {"uci", "position startpos moves f2f3 e7e5 g2g4 d8h4", "go infinite", "wait bestmove"},
+            {"uci", "position startpos moves f2f3 e7e5 g2g4 d8h4", "go infinite",
+             "wait trace ##########[_idle_]: finished() ok", "stop"},
             {NO_BEST}},
         Row{"stalemate",
             {"uci", "position fen 7k/5K2/6Q1/8/8/8/8/8 b - -", "go movetime 10", "wait bestmove"},
@@ -281,10 +285,12 @@ TEST(Uci, ReportsOptionsThatAreNone) {
   EXPECT_TRUE(contains(session.ask("setoption name Foo value 1"), "Option not supported: Foo"));
   EXPECT_TRUE(contains(session.ask("setoption Threads value 1"), "setting cpus=1"));
   EXPECT_TRUE(contains(session.ask("setoption name Hash"), "resizing hash to 32Mb"));
-  EXPECT_EQ(session.ask("setoption name Hash value many").size(), 0U);
+  EXPECT_EQ(joined(session.ask("setoption name Hash value many")),
+            "setoption: not a number: many\n");
+  EXPECT_TRUE(contains(session.ask("setoption name clear  hash"), "tt cleared"));
   EXPECT_TRUE(contains(session.ask("setoption name UCI_Opponent value GM 2800 human Gray Tabby"),
                        "Opponent=GM Gray, human, elo=2800"));
-  EXPECT_TRUE(contains(session.ask("setoption name Ponder value true"), "canponder=1"));
+  EXPECT_TRUE(contains(session.ask("setoption name PONDER value True"), "canponder=1"));
   EXPECT_TRUE(contains(session.ask("setoption name OwnBook value false"), "usebook=0"));
 }
 
@@ -300,8 +306,7 @@ TEST(Uci, LogsToTheNextFreeFile) {
   session.send("position startpos moves e2e4");
   session.send("go movetime 20");
   session.waitFor("bestmove");
-  session.send("stop");  // waits until the search thread has written all it has to say
-  session.waitFor("bestmove");
+  session.send("setoption name Clear Hash");  // waits until the search thread has said it all
   session.send("quit");
   EXPECT_EQ(session.exitStatus(), 0);
   const std::string log = session.fileText("logs/deep/ombrin-0002.log");

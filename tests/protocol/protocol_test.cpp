@@ -22,7 +22,7 @@ TEST(UciLines, PrintScores) {
       {0, " score cp 0 "},           {-35, " score cp -35 "},     {29000, " score cp 29000 "},
       {-29000, " score cp -29000 "}, {29999, " score mate 1 "},   {29995, " score mate 3 "},
       {29994, " score mate 3 "},     {-29996, " score mate -2 "}, {-29998, " score mate -1 "},
-      {-30000, " score mate -0 "},
+      {-30000, " score mate 0 "},
   };
   for (const auto& [score, text] : cases) {
     const std::string line = uciInfoLine({.depth = 1, .selectiveDepth = 1, .score = score});
@@ -35,10 +35,10 @@ TEST(UciLines, AreWhole) {
   SearchReport report{.depth = 12, .selectiveDepth = 20, .score = 31, .nodes = 500, .time = 99};
   report.line.set(std::array{E4, queens});
   EXPECT_EQ(uciInfoLine(report),
-            "info depth 12 seldepth 20 score cp 31 time 99 nodes 500 pv e2e4 e7e8Q \n");
+            "info depth 12 seldepth 20 score cp 31 time 99 nodes 500 pv e2e4 e7e8q \n");
   report = {.depth = 1, .selectiveDepth = 2, .score = 3, .nodes = 10'000'000'000, .time = 100};
   EXPECT_EQ(uciInfoLine(report),
-            "info depth 1 seldepth 2 score cp 3 time 100 nodes 10000000000 nps 100000000000 pv \n");
+            "info depth 1 seldepth 2 score cp 3 time 100 nodes 10000000000 nps 100000000000\n");
   EXPECT_EQ(uciCurrentMoveLine({.move = E4, .nodes = 7, .time = 99}),
             "info currmove e2e4 currmovenumber 1 time 99 nodes 7 hashfull 0\n");
   EXPECT_EQ(uciCurrentMoveLine({1, 19, D4, 7000, 2000, 1000}),
