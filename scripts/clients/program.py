@@ -10,6 +10,10 @@ class Failure(Exception):
     """What a client has to complain of."""
 
 
+class Skipped(Exception):
+    """Something that a check needs is not installed."""
+
+
 class Program:
     def __init__(self, command, directory):
         self.process = subprocess.Popen(

@@ -11,6 +11,7 @@ from uci import BLACK_TO_MOVE, MATE_IN_ONE, WHITE_TO_MOVE
 FEATURES = set("""ping setboard playother san usermove time draw sigint sigterm reuse analyze myname
     variants colors ics name pause nps debug memory smp egt option exclude setscore highlight
     done""".split())
+TEXT_FEATURES = {"myname", "variants", "egt", "option"}
 MATED_IN_ONE = "K7/8/1k6/8/8/8/8/7r w - - 0 1"
 # What an engine may say beside moves, thinking lines and features.
 LINES = {
@@ -30,7 +31,7 @@ class XboardClient(Client):
         super().__init__(command, directory)
         self.position = Position()  # as the engine has to have it
         self.thinking = False  # a move is to come
-        self.features = {}
+        self.features, self.bad_features = {}, []
         self.book_lines = None  # while a list of book moves is read
         self.pings = 0
         self.send("xboard")
@@ -69,6 +70,8 @@ class XboardClient(Client):
         for feature in re.finditer(r"(\w+)=(\d+|\"[^\"]*\") ?|.+", rest):
             if feature[1] is None:
                 raise Failure(f"illegal xboard: {line}")
+            if (feature[1] in TEXT_FEATURES) != feature[2].startswith('"'):
+                self.bad_features.append(feature[0])
             known = feature[1] in FEATURES
             self.send(("accepted " if known else "rejected ") + feature[1])
             self.features[feature[1]] = feature[2].strip('"')
@@ -115,6 +118,8 @@ def features(client):
     needed = {"ping": "1", "setboard": "1", "usermove": "1", "analyze": "1", "colors": "0",
               "debug": "1", "sigint": "0", "sigterm": "1"}
     wrong = {key: value for key, value in needed.items() if client.features.get(key) != value}
+    if client.bad_features:
+        raise Failure("illegal xboard, a text or no text: " + " ".join(client.bad_features))
     if wrong:
         raise Failure("missing: " + " ".join(f"{key}={value}" for key, value in wrong.items()))
     return f"{len(client.features)} features"
