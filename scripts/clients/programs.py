@@ -182,7 +182,10 @@ def pychess_game(desk, protocol):
 
 
 def pychess_uci(desk):
-    return pychess_game(desk, "uci")
+    result, hits = pychess_game(desk, "uci"), len(desk.said("> ponderhit"))
+    if not hits:
+        raise Failure("no ponder hits")
+    return f"{result}, {hits} ponder hits"
 
 
 def pychess_xboard(desk):
