@@ -8,7 +8,9 @@
 
 #include "board/fen.h"
 #include "book/book_table.h"
+#include "book/build_advice.h"
 #include "book/build_settings.h"
+#include "book/error_report.h"
 #include "book/game_collector.h"
 #include "book/table_filter.h"
 #include "pgn/pgn_reader.h"
@@ -95,8 +97,10 @@ class Build {
 };
 
 bool Build::readGames(std::FILE* pgnFile, int maxGames) {
-  TextFile file(pgnFile);
-  PgnReader reader(file);
+  StreamSource source(pgnFile);
+  LineReader lines(source);
+  PgnReader reader(lines);
+  ErrorReport errors;
   GameCollector collector(table_, settings_, counters_);
   while (maxGames <= 0 || games_ < maxGames) {
     const PgnGame* game = reader.readGame();
@@ -110,29 +114,32 @@ bool Build::readGames(std::FILE* pgnFile, int maxGames) {
       std::fflush(stdout);
     }
     if (!collector.addGame(*game)) {
-      print(stdout, "-->error in line %u, game %lli\n", reader.lineCount(),
-            static_cast<long long>(games_));
+      errors.add(*game, collector.problem(), reader.lineCount(), games_);
     }
     ++games_;
   }
+  errors.finish();
+  if (!lines.problem().empty()) print(stdout, "-->%s\n", lines.problem().c_str());
   setFen(table_.board(), START_FEN);
   moves_ = static_cast<std::int64_t>(table_.used());
   if (games_ == 0) print(stdout, "-->no games!\n");
-  if (games_ > 0 && moves_ == 0) print(stdout, "-->no moves!\n");
-  return moves_ > 0;
+  return games_ > 0;
 }
 
 bool Build::reportGames() const {
   print(stdout, "\n");
   printCount("games.read  ", games_);
   printLoss("   -error   ", counters_.errors, games_);
+  if (counters_.otherVariants > 0) printLoss("   -variant ", counters_.otherVariants, games_);
   printLoss("   -minply  ", counters_.belowMinply, games_);
   printLoss("   -minelo  ", counters_.belowMinelo, games_);
   printLoss("   -maxelo  ", counters_.aboveMaxelodelta, games_);
   printLoss("   -noresult", counters_.withoutResult, games_);
   printShare("games.used  ", counters_.used, counters_.used, games_);
-  if (counters_.used == 0) print(stdout, "-->no games left!\n");
-  return counters_.used > 0;
+  if (counters_.used > 0 && moves_ > 0) return true;
+  adviseOnGames(counters_, settings_, games_);
+  print(stdout, moves_ == 0 ? "-->no moves!\n" : "-->no games left!\n");
+  return false;
 }
 
 void Build::filter() {
@@ -141,12 +148,14 @@ void Build::filter() {
   printCount("moves-uniq ", moves_);
   print(stdout, "filtering...\n");
   filterMoves(table_, settings_, counters_);
+  const std::int64_t before = moves_;
   print(stdout, "filtered, slots=%lli\n", static_cast<long long>(moves_));
   printLoss(" -mingames  ", counters_.droppedByGames, moves_);
   printLoss(" -minmoveelo", counters_.droppedByQuality, moves_);
   printLoss(" -minscore  ", counters_.droppedByScore, moves_);
   moves_ -= counters_.droppedByGames + counters_.droppedByQuality + counters_.droppedByScore;
   printCount("moves      ", moves_);
+  if (moves_ == 0) adviseOnMoves(counters_, before);
 }
 
 void Build::sortAndThin() {

@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
-#include "board/display.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/notation.h"
 #include "board/plain_notation.h"
 #include "book/book_key.h"
-#include "util/print.h"
+#include "book/game_rules.h"
+#include "book/move_problem.h"
 
 namespace ombrin {
 
@@ -36,10 +37,12 @@ float weightOf(BookTable::Outcome outcome, double gameWeight) {
   return static_cast<float>(outcome == BookTable::WIN ? gameWeight : gameWeight / 2);
 }
 
-bool report(const Board& board, const char* problem, std::string_view text) {
-  printBoard(board, stdout);
-  print(stdout, "%s: %.*s\n", problem, static_cast<int>(text.size()), text.data());
-  return false;
+// "12. Nf3", "12... Nf6".
+std::string numbered(Color first, std::size_t ply, std::string_view text) {
+  const std::size_t fromWhite = ply + static_cast<std::size_t>(first);
+  std::string move = std::to_string(fromWhite / 2 + 1);
+  move += fromWhite % 2 == 0 ? ". " : "... ";
+  return move += text;
 }
 
 }  // namespace
@@ -55,15 +58,20 @@ bool GameCollector::addGame(const PgnGame& game) {
     ++counters_.withoutResult;
     return true;
   }
-  if (!game.warning.empty()) {
-    print(stdout, "Warning: %s\n", game.warning.c_str());
-    ++counters_.errors;
-    return false;
+  if (!game.warning.empty()) return fail(GameProblem::UNCLEAR, "", game.warning);
+  if (!hasUsualRules(game)) {
+    ++counters_.otherVariants;
+    return true;
   }
   if (!isWanted(game)) return true;
-  if (!game.fen.empty()) {
-    ++counters_.errors;
-    return false;
+  Board& board = table_.board();
+  if (game.fen.empty()) {
+    board.copyFrom(start_);
+  } else if (!setFen(board, game.fen)) {
+    return fail(GameProblem::REFUSED_POSITION, "", "the position is refused: " + game.fen);
+  } else if (hasOtherCastling(game.fen, board)) {
+    ++counters_.otherVariants;
+    return true;
   }
   const bool complete = replay(game);
   enterMoves();
@@ -79,6 +87,7 @@ bool GameCollector::isWanted(const PgnGame& game) {
     unwanted = &counters_.belowMinply;
   } else if (settings_.minelo != 0 && std::max(whiteElo, blackElo) < settings_.minelo) {
     unwanted = &counters_.belowMinelo;
+    if (whiteElo == 0 && blackElo == 0) ++counters_.unrated;
   } else if (settings_.maxelodelta != 0 && std::abs(whiteElo - blackElo) > settings_.maxelodelta) {
     unwanted = &counters_.aboveMaxelodelta;
   }
@@ -86,36 +95,48 @@ bool GameCollector::isWanted(const PgnGame& game) {
   return unwanted == nullptr;
 }
 
-// False when a move cannot be played.
+// From the position on the board. False when a move cannot be played.
 bool GameCollector::replay(const PgnGame& game) {
   Board& board = table_.board();
-  board.copyFrom(start_);
   entered_.clear();
   const double weight = gameWeight(game);
+  const Color first = board.side;
   BookTable::Outcome outcome = outcomeForWhite(game.result);
+  if (first == BLACK) outcome = opposite(outcome);
   const std::size_t plies = std::min(game.moves.size(), static_cast<std::size_t>(settings_.maxply));
   for (std::size_t ply = 0; ply < plies; ++ply) {
     const std::uint64_t key = bookKey(board);
     table_.prefetch(key);
     board.makeRoom();
-    Move move = findPlainMove(board, game.moves[ply]);
-    if (!move) move = parseMove(board, game.moves[ply]);
-    if (!move) {
-      ++counters_.errors;
-      return report(board, "illegal move", game.moves[ply]);
+    const std::string_view text = game.moves[ply];
+    const Move move = findMove(text);
+    const int blackMove = static_cast<int>(board.side) << 7;
+    const Move made = move ? makeMove(board, move) : NULL_MOVE;
+    if (!made) {
+      return fail(GameProblem::ILLEGAL_MOVE, numbered(first, ply, text), moveProblem(board, text));
     }
-    const Move made = makeMove(board, move);
-    if (!made) return report(board, "move not accepted", game.moves[ply]);
     // A plain move learns only now whether it gives check, and the next move depends on that.
     board.moveHistory[board.ply - 1] = made;
     if (made.isPromotion() && made.promotion() != QUEEN) return true;
-    const int blackMove = static_cast<int>(ply % 2) << 7;
     entered_.push_back({key, static_cast<std::uint8_t>(made.from().number() | blackMove),
                         static_cast<std::uint8_t>(made.to().number()), outcome,
                         weightOf(outcome, weight)});
     outcome = opposite(outcome);
   }
   return true;
+}
+
+Move GameCollector::findMove(std::string_view text) {
+  Board& board = table_.board();
+  const Move plain = findPlainMove(board, text);
+  if (plain || hasForeignCharacter(text)) return plain;
+  return parseMove(board, text);
+}
+
+bool GameCollector::fail(GameProblem::Kind kind, std::string move, std::string reason) {
+  ++counters_.errors;
+  problem_ = {kind, std::move(move), std::move(reason)};
+  return false;
 }
 
 // All at once, so that the table's memory had time to arrive.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "board/board.h"
@@ -13,8 +15,10 @@ namespace ombrin {
 // What a build has counted so far, in games and in moves.
 struct BuildCounters {
   std::int64_t errors = 0;
+  std::int64_t otherVariants = 0;
   std::int64_t belowMinply = 0;
   std::int64_t belowMinelo = 0;
+  std::int64_t unrated = 0;  // of those, the games without any Elo
   std::int64_t aboveMaxelodelta = 0;
   std::int64_t withoutResult = 0;
   std::int64_t used = 0;
@@ -25,16 +29,28 @@ struct BuildCounters {
   std::int64_t droppedByKeeppct = 0;
 };
 
-// Replays games on the table's board and enters their moves into the table. Problems with a game
-// are reported on standard output. One thread at a time.
+// What is wrong with a game.
+struct GameProblem {
+  enum Kind : std::uint8_t { UNCLEAR, REFUSED_POSITION, ILLEGAL_MOVE };
+  static constexpr std::size_t KINDS = 3;
+
+  Kind kind = UNCLEAR;
+  std::string move;  // the one that cannot be played, with its number; empty when it is none
+  std::string reason;
+};
+
+// Replays games on the table's board and enters their moves into the table. One thread at a time.
 class GameCollector {
  public:
   // All three must live as long as this.
   GameCollector(BookTable& table, const BuildSettings& settings, BuildCounters& counters);
 
   // Counts the game as what it is, and enters its first plies when it passes the settings. False
-  // when the game is in error; its moves before the first bad one are entered all the same.
+  // when there is a problem with the game; its moves before the first bad one are entered all the
+  // same, and the board has the position before that.
   bool addGame(const PgnGame& game);
+  // Of the last game for which there was one.
+  const GameProblem& problem() const { return problem_; }
 
  private:
   // A move that waits for the end of its game.
@@ -48,6 +64,8 @@ class GameCollector {
 
   bool isWanted(const PgnGame& game);
   bool replay(const PgnGame& game);
+  Move findMove(std::string_view text);
+  bool fail(GameProblem::Kind kind, std::string move, std::string reason);
   void enterMoves();
 
   BookTable& table_;
@@ -55,6 +73,7 @@ class GameCollector {
   BuildCounters& counters_;
   Board start_;
   std::vector<Entered> entered_;
+  GameProblem problem_;
 };
 
 }  // namespace ombrin

@@ -3,10 +3,10 @@
 namespace ombrin {
 
 void PgnGame::clear() {
-  for (std::string* text : {&fen, &white, &black, &date, &event, &site, &round, &eco, &warning}) {
+  for (std::string* text :
+       {&fen, &white, &black, &date, &event, &site, &round, &eco, &variant, &warning}) {
     text->clear();
   }
-  inComment = false;
   whiteElo = 0;
   blackElo = 0;
   result = NO_RESULT;

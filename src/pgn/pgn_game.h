@@ -60,8 +60,8 @@ struct PgnGame {
   std::string site;
   std::string round;
   std::string eco;
-  std::string warning;     // what is wrong with the result
-  bool inComment = false;  // a brace comment continues on the next line
+  std::string variant;
+  std::string warning;  // what is wrong with the result, or with a comment that has no end
   int whiteElo = 0;
   int blackElo = 0;
   int result = NO_RESULT;  // a PgnResult

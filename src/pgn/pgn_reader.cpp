@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "util/print.h"
+#include "pgn/move_spelling.h"
 #include "util/ref_string.h"
 #include "util/scan.h"
 
@@ -15,7 +15,7 @@ struct TextTag {
   std::string_view start;
   std::string PgnGame::*field;
 };
-constexpr std::array<TextTag, 9> TEXT_TAGS = {{
+constexpr std::array<TextTag, 10> TEXT_TAGS = {{
     {"[Event ", &PgnGame::event},
     {"[Site ", &PgnGame::site},
     {"[Date ", &PgnGame::date},
@@ -25,6 +25,7 @@ constexpr std::array<TextTag, 9> TEXT_TAGS = {{
     {"[Black ", &PgnGame::black},
     {"[FEN ", &PgnGame::fen},
     {"[ECO ", &PgnGame::eco},
+    {"[Variant ", &PgnGame::variant},
 }};
 
 struct NumberTag {
@@ -43,6 +44,27 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
+// What a character may mean inside a word.
+enum Trait : unsigned {
+  ENDS_WORD = 1,     // a blank, or what stands by itself
+  STARTS_GLYPH = 2,  // of which the word knows nothing
+  IS_ODD = 4,        // in words that are not spelled like most
+};
+constexpr std::array<std::uint8_t, 256> makeTraits() {
+  std::array<std::uint8_t, 256> traits{};
+  for (const char c : {' ', '\t', '\v', '\f', '{', '}', '(', ')', ';'}) {
+    traits[static_cast<unsigned char>(c)] = ENDS_WORD;
+  }
+  traits['$'] = STARTS_GLYPH;
+  for (const unsigned c : {unsigned{'p'}, FIGURINE_LEAD, VARIANT_LEAD}) traits[c] = IS_ODD;
+  return traits;
+}
+constexpr std::array<std::uint8_t, 256> TRAITS = makeTraits();
+
+unsigned traitsOf(char c) {
+  return TRAITS[static_cast<unsigned char>(c)];
+}
+
 // The code of the first result text that `text` starts with.
 std::optional<int> resultAtStart(std::string_view text) {
   for (int code = 0; code < static_cast<int>(PGN_RESULT_TEXTS.size()); ++code) {
@@ -58,65 +80,49 @@ std::string_view fromQuote(std::string_view line) {
   return quote == std::string_view::npos ? std::string_view() : line.substr(quote + 1);
 }
 
-// Drops everything up to the next closing brace. False when there is none: the comment goes on.
-bool skipComment(std::string_view& text) {
-  const std::size_t brace = text.find('}');
-  if (brace == std::string_view::npos) return false;
-  text.remove_prefix(brace + 1);
-  return true;
-}
-
-// Drops a variation with those inside it, or as far as a comment in it; at the most the line.
-void skipVariation(std::string_view& text) {
-  int depth = 0;
-  std::size_t index = 0;
-  for (; index < text.size() && text[index] != '{'; ++index) {
-    if (text[index] == '(') ++depth;
-    if (text[index] == ')' && --depth == 0) {
-      ++index;
-      break;
-    }
+// Without the number of a move and its dots. Castling may begin with a digit, too.
+std::string_view withoutNumber(std::string_view word) {
+  while (!word.empty() && (isDigit(word.front()) || word.front() == '.') &&
+         !isCastlingWithZeros(word)) {
+    word.remove_prefix(1);
   }
-  text.remove_prefix(index);
-}
-
-// Takes what stands before the first blank or tab, and the blanks that follow.
-std::string_view takeToken(std::string_view& text) {
-  std::size_t end = 0;
-  while (end < text.size() && text[end] != ' ' && text[end] != '\t') ++end;
-  const std::string_view token = text.substr(0, end);
-  if (end < text.size()) ++end;
-  while (end < text.size() && text[end] == ' ') ++end;
-  text.remove_prefix(end);
-  return token;
+  return word;
 }
 
 }  // namespace
 
 const PgnGame* PgnReader::readGame() {
-  if (file_.atEnd()) return nullptr;
+  if (lines_.atEnd()) return nullptr;
   game_.clear();
+  commentLines_ = 0;
+  variationDepth_ = 0;
   bool inHeader = true;
-  while (const std::optional<std::string_view> line = file_.readLine()) {
+  while (const std::optional<std::string_view> line = lines_.next()) {
     ++lineCount_;
     inHeader = inHeader && line->starts_with('[');
     readLine(*line);
-    if (inHeader) continue;
-    const int next = file_.peek();
-    if (next == EOF || (next == '[' && !game_.inComment)) break;
-  }
-  if (!game_.warning.empty()) {
-    print(stdout, "line %u: WARN %s\n", lineCount_, game_.warning.c_str());
+    if (!inHeader && isGameNext()) break;
   }
   return &game_;
 }
 
+// Does the next line begin another game?
+bool PgnReader::isGameNext() {
+  if (commentLines_ == 0) return lines_.nextStartsWith("[");
+  if (commentLines_ <= MAX_COMMENT_LINES || !lines_.nextStartsWith("[Event ")) return false;
+  game_.warning = "a comment is open for more than 1000 lines";
+  return true;
+}
+
 void PgnReader::readLine(std::string_view line) {
-  if (!game_.inComment && line.starts_with('[')) {
-    readTag(line);
-  } else {
-    readMoveText(line);
+  if (commentLines_ > 0) {
+    ++commentLines_;
+  } else if (line.starts_with('[')) {
+    return readTag(line);
+  } else if (line.starts_with('%')) {
+    return;
   }
+  readMoveText(line);
 }
 
 void PgnReader::readTag(std::string_view line) {
@@ -143,43 +149,96 @@ void PgnReader::setResultTag(std::string_view value, std::string_view restOfLine
   }
 }
 
-void PgnReader::readMoveText(std::string_view line) {
-  line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+void PgnReader::readMoveText(std::string_view text) {
   // An empty line inside a comment changes nothing either.
-  while (!line.empty()) {
-    if (game_.inComment || line.front() == '{') {
-      game_.inComment = !skipComment(line);
-      if (game_.inComment) return;
-    } else if (line.front() == '(') {
-      skipVariation(line);
+  while (!text.empty()) {
+    if (commentLines_ > 0 || text.front() == '{') {
+      const std::size_t brace = text.find('}');
+      if (brace == std::string_view::npos) {
+        commentLines_ = std::max(commentLines_, 1U);
+        return;
+      }
+      commentLines_ = 0;
+      text.remove_prefix(brace + 1);
+    } else if (text.front() == ';') {
+      return;
+    } else if (variationDepth_ > 0 || text.front() == '(') {
+      text = skipVariation(text);
+    } else if ((traitsOf(text.front()) & ENDS_WORD) != 0) {
+      text.remove_prefix(1);  // a blank, or the end of something that has no beginning
     } else {
-      readToken(takeToken(line));
+      text = readToken(text);
     }
   }
 }
 
-void PgnReader::readToken(std::string_view token) {
-  if (readResult(token)) return;
-  while (!token.empty() && (isDigit(token.front()) || token.front() == '.')) {
-    token.remove_prefix(1);
+// As far as it goes in this line, or to a comment in it. Returns what follows.
+std::string_view PgnReader::skipVariation(std::string_view text) {
+  std::size_t index = 0;
+  for (; index < text.size() && text[index] != '{' && text[index] != ';'; ++index) {
+    if (text[index] == '(') ++variationDepth_;
+    if (text[index] == ')' && --variationDepth_ == 0) return text.substr(index + 1);
   }
-  if (token.empty()) return;
-  if (token.front() == '$' && token.size() > 1 && isDigit(token[1])) {
-    const auto code = static_cast<std::size_t>(token[1] - '0');
-    if (code < GLYPHS.size()) game_.moves.appendToLast(GLYPHS[code]);
-    return;
-  }
-  // Evaluation symbols and draw offers.
-  if (std::string_view("+-=").find(token.front()) != std::string_view::npos) return;
-  game_.moves.add(token);
+  return text.substr(index);
 }
 
-bool PgnReader::readResult(std::string_view token) {
-  // Most tokens are moves and need no comparison of texts.
-  if (token.empty() || (token.front() != '*' && token.front() != '1' && token.front() != '0')) {
-    return false;
+// Returns what follows.
+std::string_view PgnReader::readToken(std::string_view text) {
+  if (text.front() == '$' && text.size() > 1 && isDigit(text[1])) return readGlyph(text);
+  unsigned traits = 0;
+  std::size_t end = 0;
+  for (; end < text.size(); ++end) {
+    const unsigned here = traitsOf(text[end]);
+    if ((here & ENDS_WORD) != 0 || ((here & STARTS_GLYPH) != 0 && end > 0)) break;
+    traits |= here;
   }
-  const std::optional<int> code = resultAtStart(token);
+  readWord(text.substr(0, end), traits);
+  return text.substr(end);
+}
+
+// Of the number, only the first digit tells. Returns what follows.
+std::string_view PgnReader::readGlyph(std::string_view text) {
+  const auto code = static_cast<std::size_t>(text[1] - '0');
+  if (code < GLYPHS.size()) game_.moves.appendToLast(GLYPHS[code]);
+  std::size_t end = 1;
+  while (end < text.size() && isDigit(text[end])) ++end;
+  return text.substr(end);
+}
+
+void PgnReader::readWord(std::string_view word, unsigned traits) {
+  if (readResult(word)) return;
+  word = withoutNumber(word);
+  if (word.empty()) return;
+  switch (word.front()) {
+    case '!':
+    case '?':
+      return game_.moves.appendToLast(word);
+    case '-':
+      // A null move is no move of this game, but what follows it is none either.
+      if (word == "--") game_.moves.add(word);
+      return;
+    case '+':
+    case '=':
+      return;  // evaluation symbols and draw offers
+    case '0':
+      traits |= IS_ODD;
+      break;
+    default:
+      break;
+  }
+  if ((traits & IS_ODD) != 0) return addOddMove(word);
+  game_.moves.add(word);
+}
+
+void PgnReader::addOddMove(std::string_view word) {
+  const std::string move = usualSpelling(word);
+  if (!move.empty()) game_.moves.add(move);
+}
+
+bool PgnReader::readResult(std::string_view word) {
+  // Most words are moves and need no comparison of texts.
+  if (word.front() != '*' && word.front() != '1' && word.front() != '0') return false;
+  const std::optional<int> code = resultAtStart(word);
   if (!code) return false;
   if (game_.result != NO_RESULT && game_.result != *code) {
     game_.warning = "Warning: mixed results: ";

@@ -122,8 +122,9 @@ TEST_F(BookBuilderTest, CountsEveryMoveOfRandomGames) {
   std::map<std::tuple<std::uint64_t, int, int>, std::array<std::uint32_t, 3>> expected;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen("games.pgn", "rb"),
                                                                &std::fclose);
-  TextFile file(stream.get());
-  PgnReader reader(file);
+  StreamSource source(stream.get());
+  LineReader lines(source);
+  PgnReader reader(lines);
   for (int i = 0; i < MAX_GAMES; ++i) {
     const PgnGame* game = reader.readGame();
     const int whiteResult = game->result == WHITE_WON ? 0 : game->result == BLACK_WON ? 2 : 1;
@@ -156,23 +157,95 @@ TEST_F(BookBuilderTest, FiltersGames) {
            "\"]\n";
   };
   const std::string good = elo(2500, 2500);
-  const std::string pgn =
-      gameText(elo(2299, 2419), "e4 e5 Nf3", "1-0") +
-      gameText(elo(2300, 2421), "e4 e5 Nf3", "1-0") +
-      gameText(elo(2299, 2299), "e4 e5 Nf3", "1-0") + gameText(good, "e4 e5", "1-0") +
-      gameText(good, "e4 e5 Nf3", "*") + gameText(good, "e4 e5 Nf3 0-1", "1-0") +
-      gameText(good + "[FEN \"8/8\"]\n", "e4 e5 Nf3", "1-0") + gameText(good, "e4 e5 Ke3", "1-0");
+  const std::string pgn = gameText(elo(2299, 2419), "e4 e5 Nf3", "1-0") +
+                          gameText(elo(2300, 2421), "e4 e5 Nf3", "1-0") +
+                          gameText(elo(2299, 2299), "e4 e5 Nf3", "1-0") +
+                          gameText(good, "e4 e5", "1-0") + gameText(good, "e4 e5 Nf3", "*") +
+                          gameText(good, "e4 e5 Nf3 0-1", "1-0") +
+                          gameText(good + "[FEN \"8/8\"]\n[White \"A\"]\n", "e4 e5 Nf3", "1-0") +
+                          gameText(good, "e4 e5 Ke3", "1-0") +
+                          gameText(good + "[Variant \"Chess960\"]\n", "e4 e5 Nf3", "1-0");
   const Built built = build(pgn, "book.build.minply=3\nbook.build.mingames=1\n");
   for (const char* text :
-       {"games.read  =       8\n", "-error   =       3  (-37%)\n", "-minply  =       1  (-12%)\n",
-        "-minelo  =       1  (-12%)\n", "-maxelo  =       1  (-12%)\n",
-        "-noresult=       1  (-12%)\n", "games.used  =       1  ( 12%)\n",
-        "Warning: Warning: mixed results: 0-1 <> 1-0\n-->error in line 36, game 5\n",
-        "-->error in line 43, game 6\n", "illegal move: Ke3\n-->error in line 49, game 7\n",
+       {"games.read  =       9\n", "-error   =       3  (-33%)\n", "-minply  =       1  (-11%)\n",
+        "-minelo  =       1  (-11%)\n", "-maxelo  =       1  (-11%)\n",
+        "-variant =       1  (-11%)\n", "-noresult=       1  (-11%)\n",
+        "games.used  =       1  ( 11%)\n",
+        "-->error in line 36, game 5: Warning: mixed results: 0-1 <> 1-0\n",
+        "-->error in line 44, game 6, A - ?: the position is refused: 8/8\n",
+        "-->error in line 50, game 7: 2. Ke3: illegal move, no king can go there\n",
         "moves      =       5\nmoves-uniq =       3\n"}) {
     EXPECT_NE(built.output.find(text), std::string::npos) << text << built.output;
   }
   EXPECT_EQ(board_.hash ^ board_.side, startBookKey());
+}
+
+TEST_F(BookBuilderTest, TellsWhyAMoveCannotBePlayedAndHowManyMoreThereAre) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"e4 e5 --", "2. --: a null move"},
+      {"e4 e5 Zorg", "2. Zorg: not a move"},
+      {"Nc3 e5 Nf3 d5 Nb5 Nc6 Nd4+", "4. Nd4+: ambiguous move, more than one knight"},
+      {"e4 e4", "1... e4: illegal move"},
+      {"e4 O-O", "1... O-O: illegal move"},
+  };
+  for (const auto& [moves, problem] : cases) {
+    EXPECT_NE(build(gameText("", moves, "1-0"), KEEP_ALL).output.find(problem), std::string::npos)
+        << moves;
+  }
+  std::string text;
+  for (int i = 0; i < 25; ++i) text += gameText("", "e4 e4", "1-0");
+  const std::string output = build(text, KEEP_ALL).output;
+  EXPECT_NE(output.find("game 19: "), std::string::npos);
+  EXPECT_EQ(output.find("game 20: "), std::string::npos);
+  EXPECT_NE(output.find("-->and 5 more games with illegal moves\n"), std::string::npos);
+}
+
+TEST_F(BookBuilderTest, UsesGamesFromOtherPositionsUnlessTheirRulesDiffer) {
+  const auto fen = [](const std::string& text) { return "[FEN \"" + text + "\"]\n"; };
+  // Black begins, and wins.
+  build(gameText(fen("4k3/8/8/8/8/8/8/4K2R b K - 0 1"), "1... Kd7 2. O-O", "0-1"), KEEP_ALL);
+  const std::vector<BookEntry> book = readBook("games.obk");
+  ASSERT_EQ(book.size(), 2U);
+  for (const BookEntry& entry : book) {
+    EXPECT_EQ(entry.wins, entry.isBlackMove() ? 1U : 0U) << moveText(entry);
+    EXPECT_EQ(moveText(entry), entry.isBlackMove() ? "e8d7" : "e1g1");
+  }
+  const std::pair<const char*, bool> cases[] = {
+      {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", true},
+      {"4k3/8/8/8/8/8/4P3/4K3 w KQkq - 0 1", true},
+      {"4k3/8/8/8/8/8/4P3/4K1R1 w K - 0 1", false},
+      {"4k3/8/8/8/8/8/4P3/R4K2 w Q - 0 1", false},
+      {"4k3/8/8/8/8/8/4P3/4K2R w H - 0 1", false},
+  };
+  for (const auto& [position, used] : cases) {
+    const Built built = build(gameText(fen(position), "e4", "1-0"), KEEP_ALL);
+    EXPECT_EQ(built.ok, used) << position;
+    EXPECT_EQ(built.output.find("-variant =       1") == std::string::npos, used) << position;
+  }
+}
+
+// Nothing is left, and why.
+TEST_F(BookBuilderTest, NamesTheSettingThatRejectedMost) {
+  const std::string elo = "[WhiteElo \"2200\"]\n[BlackElo \"2100\"]\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {"book.build.minply=0\n",
+       "-minelo: 100 %: these games carry no ratings; book.build.minelo=0 takes them\n"
+       "-->no moves!\n"},
+      {"",
+       "-minply: 100 %: these games have fewer than 32 half-moves; book.build.minply=0 takes "
+       "them\n-->no moves!\n"},
+  };
+  for (const auto& [settings, end] : cases) {
+    const std::string output = build(gameText("", "e4 e5", "1-0"), settings).output;
+    EXPECT_TRUE(output.ends_with(end)) << output;
+    EXPECT_NE(output.find("games.read  =       1\n"), std::string::npos);
+  }
+  EXPECT_NE(build(gameText(elo, "e4 e5", "1-0"), "book.build.minply=0\n")
+                .output.find("neither player of these games has 2300"),
+            std::string::npos);
+  EXPECT_NE(build(gameText("", "e4 e5", "1-0"), "book.build.minply=0\nbook.build.minelo=0\n")
+                .output.find("-mingames: 100 %: these moves have too few games"),
+            std::string::npos);
 }
 
 TEST_F(BookBuilderTest, StopsEarlyWithTheReason) {
