@@ -14,11 +14,16 @@ double games(const BookEntry& move) {
   return static_cast<double>(move.games());
 }
 
-// Divides by the sum, unless that is 0.
+// Divides by the sum, unless that is 0 but for what rounding leaves.
 void normalise(std::span<PickRecord> records, double PickRecord::*share) {
+  constexpr double ROUNDING = 1e-9;
   double sum = 0;
-  for (const PickRecord& record : records) sum += record.*share;
-  if (sum == 0) return;
+  double size = 0;
+  for (const PickRecord& record : records) {
+    sum += record.*share;
+    size += std::abs(record.*share);
+  }
+  if (std::abs(sum) <= ROUNDING * size) return;
   for (PickRecord& record : records) record.*share /= sum;
 }
 
@@ -115,11 +120,13 @@ void BookPicker::setShares(std::span<const BookEntry> moves) {
 void BookPicker::combine(std::span<PickRecord> records) const {
   for (PickRecord& record : records) {
     if (record.rejected != 0) continue;
-    const double weight = settings_.gameweight * record.gameShare +
-                          settings_.scoreweight * record.scoreShare +
-                          (book_.hasElo() ? settings_.eloweight * record.eloShare : 0);
-    record.combined = std::max(0.0, weight);
+    record.combined = settings_.gameweight * record.gameShare +
+                      settings_.scoreweight * record.scoreShare +
+                      (book_.hasElo() ? settings_.eloweight * record.eloShare : 0);
   }
+  // When negative weights prevail, so is their sum, and it turns them round.
+  normalise(records, &PickRecord::combined);
+  for (PickRecord& record : records) record.combined = std::max(0.0, record.combined);
   normalise(records, &PickRecord::combined);
 
   const double largest = std::ranges::max(records, {}, &PickRecord::combined).combined;
