@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "board/fen.h"
+#include "book/book_output.h"
 #include "book/book_table.h"
 #include "book/build_advice.h"
 #include "book/build_settings.h"
@@ -65,9 +66,9 @@ class Build {
   void filter();
   void sortAndThin();
 
-  bool save(const std::string& path) const {
+  bool save(BookOutput& output) const {
     print(stdout, "\n\n");
-    return table_.save(path);
+    return table_.save(output);
   }
 
  private:
@@ -196,6 +197,16 @@ bool buildBook(Board& board, std::string& bookFileName, const std::string& iniFi
     print(stdout, "could not open pgn-file: %s\n", pgnFileName.c_str());
     return false;
   }
+  if (isSameFile(pgnFileName, bookFileName)) {
+    print(stdout, "the book would replace its source: %s\n", pgnFileName.c_str());
+    return false;
+  }
+  // A book that cannot be written is not worth the reading.
+  BookOutput output(bookFileName);
+  if (!output.isOpen()) {
+    print(stdout, "could not open file: %s\n", bookFileName.c_str());
+    return false;
+  }
   printSettings(settings, pgnFileName, iniFileName, bookFileName);
   if (settings.maxply <= 0) {
     print(stdout, "-->nothing to do: maxply=%i\n", settings.maxply);
@@ -207,7 +218,7 @@ bool buildBook(Board& board, std::string& bookFileName, const std::string& iniFi
   if (!build.readGames(pgnFile.get(), maxGames) || !build.reportGames()) return false;
   build.filter();
   build.sortAndThin();
-  return build.save(bookFileName);
+  return build.save(output);
 }
 
 }  // namespace ombrin

@@ -93,7 +93,8 @@ bool reportUnopened(const std::string& name) {
 bool mergeBooks(const std::string& master, const std::string& secondary,
                 const std::string& result) {
   if (master.empty() || secondary.empty() || result.empty()) return false;
-  if (result == master || result == secondary) {
+  if (result == master || result == secondary || isSameFile(result, master) ||
+      isSameFile(result, secondary)) {
     print(stdout, "cannot merge book to self\n");
     return false;
   }

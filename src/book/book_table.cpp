@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "book/book_format.h"
-#include "book/book_output.h"
 #include "util/prefetch.h"
 #include "util/print.h"
 
@@ -110,13 +110,9 @@ void BookTable::sort() {
   used_ = static_cast<std::size_t>(end - all.begin());
 }
 
-bool BookTable::save(const std::string& path) const {
+bool BookTable::save(BookOutput& output) const {
+  const std::string& path = output.name();
   print(stdout, "saving book to %s\n", path.c_str());
-  BookOutput output(path);
-  if (!output.isOpen()) {
-    print(stdout, "could not open file: %s\n", path.c_str());
-    return false;
-  }
   const BookHeader header;
   writeHeader(header, output.stream());
   std::size_t moves = 0;

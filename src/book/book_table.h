@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <memory>
 #include <span>
-#include <string>
 
 #include "board/board.h"
 #include "book/book_entry.h"
+#include "book/book_output.h"
 
 namespace ombrin {
 
@@ -53,7 +53,7 @@ class BookTable {
 
   // Writes the entries as they stand. True when the book is complete under its name; otherwise
   // says why on standard output, and a book that was there before is as it was.
-  bool save(const std::string& path) const;
+  bool save(BookOutput& output) const;
 
  private:
   struct Free {

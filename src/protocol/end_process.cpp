@@ -7,6 +7,7 @@
 #include "platform/leave_process.h"
 #include "platform/thread.h"
 #include "util/log.h"
+#include "util/temporary_files.h"
 
 namespace ombrin {
 
@@ -26,6 +27,7 @@ void endProcess(const char* why) {
   });
   if (impatient.running()) impatient.resume();
   if (why != nullptr) logInfo(LOG, "leaving: %s\n", why);
+  removeTemporaryFiles();
   std::fflush(stdout);
   flushLog();
   leaveProcess();

@@ -2,7 +2,8 @@
 
 namespace ombrin {
 
-// Ends the process at once with exit status 0: what was written is flushed, nothing is destroyed,
+// Ends the process at once with exit status 0: what was written is flushed, files that are not
+// complete are removed, nothing is destroyed,
 // so a search may be running and no thread finds anything torn down under it. Never waits longer
 // than a moment, not even for a reader that has stopped reading. The log's last line says `why`,
 // unless that is none. Any thread.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <tuple>
 
 #include "book/book_picker.h"
@@ -281,6 +282,25 @@ TEST_F(BookBuilderTest, StopsEarlyWithTheReason) {
   }
 }
 
+TEST_F(BookBuilderTest, RefusesABookThatCannotBeWrittenBeforeItReads) {
+  writeFile("build.ini", KEEP_ALL);
+  const std::string games = gameText("", "e4 e5", "1-0");
+  writeFile("games.pgn", games);
+  std::filesystem::create_hard_link("games.pgn", "other.obk");
+  const std::pair<std::string, const char*> cases[] = {
+      {"no/such.obk", "could not open file: no/such.obk\n"},
+      {"games.pgn", "the book would replace its source: games.pgn\n"},
+      {"other.obk", "the book would replace its source: games.pgn\n"},
+  };
+  for (const auto& [book, output] : cases) {
+    std::string name = book;
+    EXPECT_EQ(
+        printedBy([&] { EXPECT_FALSE(buildBook(board_, name, "build.ini", "games.pgn", 0)); }),
+        output);
+  }
+  EXPECT_EQ(readFile("games.pgn"), games);
+}
+
 TEST_F(BookBuilderTest, NamesTheBookAfterTheCollection) {
   std::filesystem::create_directory("some.dir");
   const auto nameOf = [&](const std::string& pgn, const std::string& ini) {
@@ -306,26 +326,50 @@ TEST(BookTable, RefusesToShrinkOrToBeHuge) {
   EXPECT_EQ(table.capacity(), 40000U);
 }
 
-TEST(BookTable, LeavesTheOldBookWholeWhenSavingFails) {
+// Until a book is complete, what its name stands for stays whole, and nothing else is left behind.
+TEST(BookOutput, GivesTheNameToOneWholeBook) {
   const TemporaryDirectory directory;
+  const auto filesHere = [] {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  };
+  EXPECT_FALSE(BookOutput("no/such.obk").isOpen());
+  EXPECT_FALSE(BookOutput(".").isOpen());
+  writeFile("book.obk", "old");
+  std::filesystem::create_symlink("book.obk", "link.obk");
+  {
+    BookOutput first("book.obk");
+    BookOutput second("link.obk");
+    BookOutput third("book.obk");
+    for (BookOutput* output : {&first, &second, &third}) ASSERT_TRUE(output->isOpen());
+    first.stream() << "first";
+    second.stream() << "second";
+    EXPECT_TRUE(first.commit());
+    EXPECT_EQ(readFile("book.obk"), "first");
+    EXPECT_TRUE(second.commit());
+    EXPECT_EQ(readFile("book.obk"), "second");
+    third.stream() << "third";
+  }
+  EXPECT_EQ(readFile("book.obk"), "second");
+  EXPECT_EQ(filesHere(), (std::set<std::string>{"book.obk", "link.obk"}));
+  EXPECT_TRUE(std::filesystem::is_symlink("link.obk"));
+
+  BookOutput unfinished("book.obk");
+  std::filesystem::remove("book.obk");
+  std::filesystem::create_directory("book.obk");
+  EXPECT_FALSE(unfinished.commit());
+  EXPECT_EQ(filesHere().size(), 2U);
+
+  BookOutput full("/dev/full");
+  ASSERT_TRUE(full.isOpen());
   Board board;
   BookTable table(board);
   table.add(1, 2, 3, BookTable::WIN, 1);
-  EXPECT_EQ(printedBy([&] { EXPECT_FALSE(table.save("no/such.obk")); }),
-            "saving book to no/such.obk\ncould not open file: no/such.obk\n");
-  EXPECT_EQ(printedBy([&] { EXPECT_FALSE(table.save("/dev/full")); }),
+  EXPECT_EQ(printedBy([&] { EXPECT_FALSE(table.save(full)); }),
             "saving book to /dev/full\ncould not write file: /dev/full\n");
-
-  writeFile("old.obk", "whole");
-  std::filesystem::create_directory("old.obk.tmp");
-  printedBy([&] { EXPECT_FALSE(table.save("old.obk")); });
-  EXPECT_EQ(readFile("old.obk"), "whole");
-  std::filesystem::remove("old.obk.tmp");
-  std::filesystem::create_symlink("old.obk", "link.obk");
-  printedBy([&] { EXPECT_TRUE(table.save("link.obk")); });
-  EXPECT_EQ(readFile("old.obk").size(), 16 + 18U);
-  EXPECT_TRUE(std::filesystem::is_symlink("link.obk"));
-  EXPECT_FALSE(std::filesystem::exists("old.obk.tmp"));
 }
 
 TEST(TableFilter, DropsMovesByGamesQualityAndScore) {

@@ -110,6 +110,9 @@ TEST(MergeBooks, RefusesWithTheReason) {
     EXPECT_FALSE(std::filesystem::exists("r.obk"));
   }
   EXPECT_EQ(readBook("a.obk").size(), 1U);
+  std::filesystem::create_symlink("b.obk", "link.obk");
+  EXPECT_EQ(printedBy([] { EXPECT_FALSE(mergeBooks("a.obk", "b.obk", "link.obk")); }),
+            "cannot merge book to self\n");
 }
 
 }  // namespace
