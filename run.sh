@@ -13,6 +13,11 @@ need_program g++ g++
 need_program cmake cmake
 need_program ninja ninja-build
 install_missing || exit 1
+# Without these, only compressed collections cannot be read.
+if [ ! -x "$build/ombrin" ]; then
+  need_compression
+  install_missing || missing_packages=()
+fi
 
 mkdir -p "$root/build" || exit 1
 [ -x "$build/ombrin" ] || echo "building ombrin, which takes two minutes" >&2

@@ -16,6 +16,7 @@ need_program i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
 install_missing
 need_header gtest/gtest.h libgtest-dev
 need_header benchmark/benchmark.h libbenchmark-dev
+need_compression
 install_missing
 
 options=(-DOMBRIN_TESTS=ON)

@@ -26,9 +26,13 @@ void write(const std::string& path, const std::uint8_t* data, std::size_t size) 
 
 void checkMerge(const std::string& master, const std::string& secondary,
                 const std::string& result) {
-  require(mergeBooks(master, secondary, result), "books that open can be merged");
   Board board;
   BookFile book(board);
+  const bool fit = book.open(secondary) && book.open(master) && !book.isEmpty();
+  for (const MergeRule rule : {MergeRule::MASTER_WINS, MergeRule::SUM}) {
+    require(mergeBooks(master, secondary, result, rule) == fit, "books that open can be merged");
+  }
+  if (!fit) return;
   require(book.open(result), "the result is a book");
   BookEntry entry;
   std::uint32_t records = 0;
@@ -51,7 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   write(half, data + size / 2, size - size / 2);
 
   BookFile book(board);
-  require(book.open(path), "a file that exists is opened");
+  require(book.open(path) == book.problem().empty(),
+          "a file that is no book is refused for a reason");
   require(book.readMoves() <= BookFile::MAX_MOVES_READ, "a position has no more than 32 moves");
   if (book.find(startBookKey())) {
     BookEntry entry;

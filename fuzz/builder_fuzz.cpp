@@ -26,7 +26,7 @@ std::string settingsOf(std::uint8_t bits) {
   return text;
 }
 
-void checkBook(Board& board, const ScratchDirectory& scratch, const std::string& path) {
+void checkBook(Board& board, const std::string& path) {
   BookFile book(board);
   require(book.open(path), "a book that was built opens");
   BookEntry entry;
@@ -46,7 +46,8 @@ void checkBook(Board& board, const ScratchDirectory& scratch, const std::string&
     require(!makeMove(board, move).isNull(), "and can be made");
   }
   logBook(book);
-  const std::string merged = scratch.pathOf("merged.obk");
+  if (book.isEmpty()) return;
+  const std::string merged = path + ".merged" + path.substr(path.rfind('.'));
   require(mergeBooks(path, path, merged), "a book can be merged with itself");
   BookFile copy(board);
   require(copy.open(merged) && copy.recordCount() == records, "and stays what it was");
@@ -62,11 +63,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   scratch.clear();
   scratch.write("build.ini", settingsOf(data[0]));
   scratch.write("games.pgn", textOf(data + 1, size - 1));
-  std::string path = scratch.pathOf("built.obk");
+  BuildRequest request;
+  request.sources = {scratch.pathOf("games.pgn")};
+  request.iniFile = scratch.pathOf("build.ini");
+  request.bookFile = scratch.pathOf((data[0] & 32) != 0 ? "built.bin" : "built.obk");
   setFen(board, START_FEN);
-  if (buildBook(board, path, scratch.pathOf("build.ini"), scratch.pathOf("games.pgn"), 0)) {
+  if (buildBook(board, request)) {
     setFen(board, START_FEN);
-    checkBook(board, scratch, path);
+    checkBook(board, request.bookFile);
   }
   return 0;
 }

@@ -1,5 +1,6 @@
 // A game collection of any bytes: every line is read once, and no text is made from nothing.
 #include "fuzz_input.h"
+#include "pgn/file_source.h"
 #include "pgn/pgn_reader.h"
 
 using namespace ombrin;
@@ -16,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   lines += last == '\n' || last == '\r' ? 0 : 1;
 
-  StreamSource source(stream);
+  FileSource source(stream);
   LineReader text(source);
   PgnReader reader(text);
   std::size_t bytes = 0;
@@ -32,6 +33,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool isPlain = text.problem().empty() && !textOf(data, size).ends_with("\xef\xbb\xbf");
   require(!isPlain || reader.lineCount() == lines, "every line is counted once");
   require(bytes <= size, "no text is longer than its file");
-  std::fclose(stream);
   return 0;
 }

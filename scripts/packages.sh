@@ -13,6 +13,13 @@ need_header() {
   echo "#include <$1>" | g++ -std=c++20 -E -x c++ - >/dev/null 2>&1 || missing_packages+=("$2")
 }
 
+# What reads compressed collections of games; when there is a compiler.
+need_compression() {
+  need_header zlib.h zlib1g-dev
+  need_header zstd.h libzstd-dev
+  need_header bzlib.h libbz2-dev
+}
+
 # Installs the packages found missing; when that is not possible, says which and fails.
 install_missing() {
   [ "${#missing_packages[@]}" -eq 0 ] && return 0

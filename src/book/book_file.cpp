@@ -1,10 +1,12 @@
 #include "book/book_file.h"
 
-#include <algorithm>
 #include <filesystem>
-#include <limits>
+#include <utility>
 
+#include "book/book_check.h"
 #include "book/book_key.h"
+#include "book/filed_move.h"
+#include "book/polyglot_key.h"
 #include "util/file_system.h"
 
 namespace ombrin {
@@ -14,18 +16,6 @@ namespace {
 // Enough for 32 moves with the largest counts, each split into records of 65535; more of them are
 // no position of a sound book, and a pick has to end.
 constexpr int MAX_RECORDS_READ = BookFile::MAX_MOVES_READ * 65538;
-
-void addTo(std::uint32_t& count, std::uint32_t more) {
-  count += std::min(more, std::numeric_limits<std::uint32_t>::max() - count);
-}
-
-void addTo(BookEntry& move, const BookEntry& more) {
-  addTo(move.wins, more.wins);
-  addTo(move.draws, more.draws);
-  addTo(move.losses, more.losses);
-  move.eloFactor = static_cast<float>(
-      std::min(double{move.eloFactor} + more.eloFactor, double{std::numeric_limits<float>::max()}));
-}
 
 }  // namespace
 
@@ -38,14 +28,19 @@ bool BookFile::open(const std::string& path) {
   file_.open(path, std::ios::binary);
   if (!file_) return false;
 
-  const bool hasHeader = readHeader(file_, header_);
-  if (hasHeader && header_.recordSize >= recordSizeOf(header_.flags)) {
-    const auto recordSize = static_cast<std::uint64_t>(header_.recordSize);
-    const auto start = static_cast<std::uint64_t>(header_.size);
-    statedRecords_ = static_cast<std::uint32_t>(length / recordSize);
-    records_ = length > start ? (length - start) / recordSize : 0;
+  readHeader(file_, header_);
+  if (header_.size == 0 && kindOfName(path) == BookKind::POLYGLOT) {
+    header_ = BookHeader::polyglot();
   }
-  isLegacy_ = find(startLegacyKey()) && !find(startBookKey());
+  if (std::string problem = bookProblem(file_, header_, length); !problem.empty()) {
+    close();
+    problem_ = std::move(problem);
+    return false;
+  }
+  const auto recordSize = static_cast<std::uint64_t>(header_.recordSize);
+  statedRecords_ = static_cast<std::uint32_t>(length / recordSize);
+  records_ = (length - static_cast<std::uint64_t>(header_.size)) / recordSize;
+  isLegacy_ = kind() == BookKind::OBK && find(startLegacyKey()) && !find(startBookKey());
   return true;
 }
 
@@ -56,6 +51,7 @@ void BookFile::close() {
   statedRecords_ = 0;
   records_ = 0;
   isLegacy_ = false;
+  problem_.clear();
 }
 
 bool BookFile::find(std::uint64_t key) {
@@ -78,19 +74,36 @@ bool BookFile::find(std::uint64_t key) {
 }
 
 int BookFile::readMoves() {
-  const std::uint64_t key = isLegacy_ ? legacyKey(board_) : bookKey(board_);
+  const std::uint64_t key = records_ == 0 ? 0 : keyOfBoard();
   if (!find(key)) return 0;
   int count = 0;
   BookEntry entry;
   for (int records = 0; records < MAX_RECORDS_READ && count < MAX_MOVES_READ; ++records) {
     if (!next(entry) || entry.key != key) break;
+    placeCastling(entry);
     if (count > 0 && move(count).isSameMove(entry)) {
-      addTo(move(count), entry);
+      addGames(move(count), entry);
     } else {
       move(++count) = entry;
     }
   }
   return count;
+}
+
+std::uint64_t BookFile::keyOfBoard() const {
+  if (kind() == BookKind::POLYGLOT) return polyglotKey(board_);
+  return isLegacy_ ? legacyKey(board_) : bookKey(board_);
+}
+
+// Only a Polyglot book has a king take his own rook.
+void BookFile::placeCastling(BookEntry& entry) const {
+  const Square from(entry.from & 0x77);
+  const Square to(entry.to & 0x77);
+  const Color us = board_.side;
+  if (kind() != BookKind::POLYGLOT || board_.kingSquare(us) != from || !board_.at(to).isOf(us)) {
+    return;
+  }
+  entry.to = static_cast<std::uint8_t>(castlingTarget(from, to).number());
 }
 
 void BookFile::rewind() {

@@ -33,6 +33,15 @@ std::uint64_t storedElo(const BookEntry& entry) {
   return static_cast<std::uint64_t>(std::clamp(entry.elo() + 0.5, 0.0, 65535.0));
 }
 
+void writePolyglotRecord(const BookEntry& entry, std::ostream& out) {
+  std::array<char, polyglot::RECORD_SIZE> bytes{};
+  char* at = bytes.data();
+  append<8>(at, entry.key);
+  append<2>(at, polyglot::moveOf(entry));
+  append<2>(at, polyglot::weightOf(entry));
+  out.write(bytes.data(), bytes.size());
+}
+
 }  // namespace
 
 void writeHeader(const BookHeader& header, std::ostream& out) {
@@ -56,11 +65,12 @@ bool readHeader(std::istream& in, BookHeader& header) {
   header.size = std::max(static_cast<int>(take<1>(at)), BookHeader::SIZE);
   header.version = static_cast<int>(take<1>(at));
   header.recordSize = static_cast<int>(take<1>(at));
-  header.flags = static_cast<int>(take<1>(at));
+  header.flags = static_cast<int>(take<1>(at)) & (BOOK_KEY | BOOK_COUNTS | BOOK_ELO);
   return true;
 }
 
 void writeRecord(const BookEntry& entry, std::ostream& out, int flags) {
+  if ((flags & BOOK_WEIGHT) != 0) return writePolyglotRecord(entry, out);
   std::array<std::uint32_t, 3> left = {entry.wins, entry.draws, entry.losses};
   while ((left[0] | left[1] | left[2]) != 0) {
     std::array<char, recordSizeOf(BOOK_COUNTS | BOOK_ELO)> bytes;
@@ -85,6 +95,14 @@ bool readRecord(BookEntry& entry, std::istream& in, int flags) {
   std::array<char, recordSizeOf(BOOK_COUNTS | BOOK_ELO) - 8> bytes;
   if (!fill(in, bytes.data(), recordSizeOf(flags) - 8)) return false;
   const char* at = bytes.data();
+  entry.promotion = 0;
+  if ((flags & BOOK_WEIGHT) != 0) {
+    polyglot::setMove(entry, static_cast<std::uint16_t>(take<2>(at)));
+    entry.wins = entry.losses = 0;
+    entry.draws = static_cast<std::uint32_t>(take<2>(at));
+    entry.eloFactor = 0;
+    return true;
+  }
   entry.from = static_cast<std::uint8_t>(take<1>(at));
   entry.to = static_cast<std::uint8_t>(take<1>(at));
   for (std::uint32_t* count : {&entry.wins, &entry.draws, &entry.losses}) {

@@ -55,12 +55,16 @@ void printSettings(std::string line, std::span<const IniRow<PlaySettings>> rows,
   print(stdout, "%s\n", line.c_str());
 }
 
-void printMove(const BookEntry& move, const PickRecord& record) {
-  const ScoreSummary summary(move.wins, move.draws, static_cast<double>(move.games()));
+void printMove(const BookEntry& move, const PickRecord& record, bool hasScore) {
   print(stdout, "%5.1f%%  %s %6.0f %8llu", record.probability * 100, moveText(move).c_str(),
         record.elo, static_cast<unsigned long long>(move.games()));
-  print(stdout, " %6.2f %6.2f %6.1f %6.1f", summary.score, summary.error, summary.wins,
-        summary.draws);
+  if (hasScore) {
+    const ScoreSummary summary(move.wins, move.draws, static_cast<double>(move.games()));
+    print(stdout, " %6.2f %6.2f %6.1f %6.1f", summary.score, summary.error, summary.wins,
+          summary.draws);
+  } else {
+    print(stdout, " %6s %6s %6s %6s", "-", "-", "-", "-");
+  }
   print(stdout, " %6.1f %6.1f %7.2f %7.2f", record.eloShare * 100, record.gameShare * 100,
         record.scoreShare * 100, record.combined * 100);
   for (const Marker& marker : MARKERS) {
@@ -69,7 +73,7 @@ void printMove(const BookEntry& move, const PickRecord& record) {
   print(stdout, "\n");
 }
 
-void printTotals(std::span<const BookEntry> moves) {
+void printTotals(std::span<const BookEntry> moves, bool hasScore) {
   std::uint64_t wins = 0;
   std::uint64_t draws = 0;
   std::uint64_t games = 0;
@@ -80,12 +84,16 @@ void printTotals(std::span<const BookEntry> moves) {
     games += move.games();
     eloFactor += move.eloFactor;
   }
-  const ScoreSummary summary(static_cast<double>(wins), static_cast<double>(draws),
-                             static_cast<double>(games));
   print(stdout, "%s\n", RULE.c_str());
-  print(stdout, "100.0%%       %6.0f %8llu %6.1f %6.1f %6.2f %6.2f\n", eloOf(eloFactor),
-        static_cast<unsigned long long>(games), summary.score, summary.error, summary.wins,
-        summary.draws);
+  print(stdout, "100.0%%       %6.0f %8llu", eloOf(eloFactor),
+        static_cast<unsigned long long>(games));
+  if (hasScore) {
+    const ScoreSummary summary(static_cast<double>(wins), static_cast<double>(draws),
+                               static_cast<double>(games));
+    print(stdout, " %6.1f %6.1f %6.2f %6.2f", summary.score, summary.error, summary.wins,
+          summary.draws);
+  }
+  print(stdout, "\n");
 }
 
 }  // namespace
@@ -105,8 +113,10 @@ void BookPicker::show() {
         "combi%%\n%s\n",
         RULE.c_str());
   const std::span<const BookEntry> moves = book_.moves(count);
-  for (int index = 0; index < count; ++index) printMove(moves[index], records_[index]);
-  if (count > 1) printTotals(moves);
+  for (int index = 0; index < count; ++index) {
+    printMove(moves[index], records_[index], book_.hasScore());
+  }
+  if (count > 1) printTotals(moves, book_.hasScore());
 }
 
 }  // namespace ombrin

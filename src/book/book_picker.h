@@ -6,31 +6,11 @@
 
 #include "board/move.h"
 #include "book/book_file.h"
+#include "book/move_weights.h"
 #include "book/play_settings.h"
 #include "util/ini_file.h"
 
 namespace ombrin {
-
-// Why a book move is not played, as bits.
-enum RejectFlag : std::uint32_t {
-  TOO_FEW_GAMES = 1,
-  LOW_ELO = 2,
-  LOW_SCORE = 4,
-  SMALL_GAME_SHARE = 8,
-  ELO_FAR_BELOW_BEST = 16,
-};
-
-// What weighing found out about one move of the position.
-struct PickRecord {
-  std::uint32_t rejected = 0;  // RejectFlags
-  double probability = 0;      // of being picked
-  double gameShare = 0;
-  double score = 0;  // 0 to 1
-  double scoreShare = 0;
-  double elo = 0;
-  double eloShare = 0;
-  double combined = 0;  // weight before the minimum weight cuts in
-};
 
 // Picks a book move for the position of a book's board: moves that fail the settings are rejected,
 // the rest are weighed by games, Elo and score, and one is drawn with these weights. Remembers
@@ -59,11 +39,6 @@ class BookPicker {
   const PickRecord& record(int index) const { return records_[index]; }
 
  private:
-  void rejectEach(std::span<const BookEntry> moves, Color side);
-  void rejectBesideBest(std::span<const BookEntry> moves);
-  void setShares(std::span<const BookEntry> moves);
-  void combine(std::span<PickRecord> records) const;
-
   BookFile& book_;
   std::array<PickRecord, BookFile::MAX_MOVES_READ> records_;
   PlaySettings settings_;

@@ -8,7 +8,7 @@
 
 #include "board/board.h"
 #include "book/book_entry.h"
-#include "book/book_output.h"
+#include "book/progress.h"
 
 namespace ombrin {
 
@@ -30,17 +30,26 @@ class BookTable {
   std::size_t used() const { return used_; }
   // The number of entries at which the table has to grow.
   std::size_t loadLimit() const { return capacity_ - capacity_ / 4; }
+  // From now on the table is not to become larger than that; there is no limit at first.
+  void limitBytes(std::uint64_t bytes) { mostBytes_ = bytes; }
 
   // Grows the table to `entries` (at least 1024) entries. False when that is fewer than there are
   // now, which is reported, or when there is no memory; the table is then as before.
   bool resize(std::size_t entries);
-  // Twice the present size.
-  bool grow() { return resize(2 * capacity_); }
+  // Makes sure that so many entries can be added: the table grows, to twice its size as long as the
+  // limit allows that. When it cannot grow, moves are let go: those played once, those that have
+  // been there longest first, until there is room for a while; if too few were played once, those
+  // played twice, and so on. False when there is no room to be made.
+  bool makeRoomFor(std::size_t entries);
+  // Would makeRoomFor() have anything to do?
+  bool hasRoomFor(std::size_t entries) const { return used_ + entries <= loadLimit(); }
+  // The moves that were let go.
+  std::int64_t dropped() const { return dropped_; }
 
-  // Counts one game for the move, making an entry for it when there is none. Grows the table when
-  // the load limit is reached; false, and nothing counted, when that fails. `from` is as in
-  // BookEntry.
-  bool add(std::uint64_t key, std::uint8_t from, std::uint8_t to, Outcome outcome, float weight);
+  // Counts one game for the move, which has none itself, or all games of an entry of another book.
+  // There is room, see makeRoomFor().
+  void add(const BookEntry& move, Outcome outcome, float weight);
+  void add(const BookEntry& more);
   // Tells the processor that this key will be added soon.
   void prefetch(std::uint64_t key) const;
 
@@ -49,11 +58,7 @@ class BookTable {
   std::span<const BookEntry> entries() const { return {entries_.get(), used_}; }
   // Brings the entries into the order of a book and drops the empty ones. The table is no hash
   // table any more: nothing can be added.
-  void sort();
-
-  // Writes the entries as they stand. True when the book is complete under its name; otherwise
-  // says why on standard output, and a book that was there before is as it was.
-  bool save(BookOutput& output) const;
+  void sort(Progress& progress);
 
  private:
   struct Free {
@@ -63,7 +68,11 @@ class BookTable {
   using Block = std::unique_ptr<T[], Free>;
 
   bool reserveEntries(std::size_t count);
+  BookEntry& findOrMake(const BookEntry& move);
   void index(std::uint32_t number);
+  bool grow();
+  bool dropRare(std::size_t wanted);
+  void keepOnly(std::uint64_t fewest, std::size_t mostOfFewest);
 
   Board& board_;
   Block<BookEntry> entries_;      // in the order in which they came; room for loadLimit()
@@ -71,6 +80,8 @@ class BookTable {
   Block<std::uint32_t> numbers_;  // by slot: which entry
   std::size_t capacity_ = 0;
   std::size_t used_ = 0;
+  std::uint64_t mostBytes_ = UINT64_MAX;
+  std::int64_t dropped_ = 0;
 };
 
 }  // namespace ombrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -16,6 +17,11 @@ struct BuildSettings {
 
   // The keys with their defaults, in the order in which they are shown.
   static std::span<const IniRow<BuildSettings>> rows();
+  // Those that are shown only when they are set: how it is built, and not what.
+  static std::span<const IniRow<BuildSettings>> extraRows();
+
+  // What the table may take, in bytes.
+  std::uint64_t mostBytes() const;
 
   std::string file;  // the book to write; empty: named after the collection
   int minelo;        // at least one player must have it; 0: no limit
@@ -27,6 +33,8 @@ struct BuildSettings {
   double minscorew;  // score that a move needs, for White
   double minscoreb;  // and for Black
   double keeppct;    // share of a position's games that the moves kept must cover
+  int maxmb;         // megabytes for the table; 0: two thirds of the machine's memory
+  int showboard;     // not 0: the board is shown where a move cannot be played
 };
 
 }  // namespace ombrin

@@ -9,7 +9,7 @@
 #include "board/make_move.h"
 #include "board/notation.h"
 #include "board/plain_notation.h"
-#include "book/book_key.h"
+#include "book/filed_move.h"
 #include "book/game_rules.h"
 #include "book/move_problem.h"
 
@@ -47,9 +47,9 @@ std::string numbered(Color first, std::size_t ply, std::string_view text) {
 
 }  // namespace
 
-GameCollector::GameCollector(BookTable& table, const BuildSettings& settings,
+GameCollector::GameCollector(BookTable& table, BookKind kind, const BuildSettings& settings,
                              BuildCounters& counters)
-    : table_(table), settings_(settings), counters_(counters) {
+    : table_(table), kind_(kind), settings_(settings), counters_(counters) {
   setFen(start_, START_FEN);
 }
 
@@ -67,15 +67,15 @@ bool GameCollector::addGame(const PgnGame& game) {
   Board& board = table_.board();
   if (game.fen.empty()) {
     board.copyFrom(start_);
-  } else if (!setFen(board, game.fen)) {
-    return fail(GameProblem::REFUSED_POSITION, "", "the position is refused: " + game.fen);
+  } else if (const FenResult set = setFen(board, game.fen); !set) {
+    return fail(GameProblem::REFUSED_POSITION, "", set.error + ": " + game.fen);
   } else if (hasOtherCastling(game.fen, board)) {
     ++counters_.otherVariants;
     return true;
   }
   const bool complete = replay(game);
   enterMoves();
-  if (complete) ++counters_.used;
+  if (complete && !isFull_) ++counters_.used;
   return complete;
 }
 
@@ -105,12 +105,11 @@ bool GameCollector::replay(const PgnGame& game) {
   if (first == BLACK) outcome = opposite(outcome);
   const std::size_t plies = std::min(game.moves.size(), static_cast<std::size_t>(settings_.maxply));
   for (std::size_t ply = 0; ply < plies; ++ply) {
-    const std::uint64_t key = bookKey(board);
-    table_.prefetch(key);
     board.makeRoom();
     const std::string_view text = game.moves[ply];
     const Move move = findMove(text);
-    const int blackMove = static_cast<int>(board.side) << 7;
+    const BookEntry filed = filedMove(board, move, kind_);
+    table_.prefetch(filed.key);
     const Move made = move ? makeMove(board, move) : NULL_MOVE;
     if (!made) {
       return fail(GameProblem::ILLEGAL_MOVE, numbered(first, ply, text), moveProblem(board, text));
@@ -118,9 +117,7 @@ bool GameCollector::replay(const PgnGame& game) {
     // A plain move learns only now whether it gives check, and the next move depends on that.
     board.moveHistory[board.ply - 1] = made;
     if (made.isPromotion() && made.promotion() != QUEEN) return true;
-    entered_.push_back({key, static_cast<std::uint8_t>(made.from().number() | blackMove),
-                        static_cast<std::uint8_t>(made.to().number()), outcome,
-                        weightOf(outcome, weight)});
+    entered_.push_back({filed, outcome, weightOf(outcome, weight)});
     outcome = opposite(outcome);
   }
   return true;
@@ -139,13 +136,13 @@ bool GameCollector::fail(GameProblem::Kind kind, std::string move, std::string r
   return false;
 }
 
-// All at once, so that the table's memory had time to arrive.
+// All at once, so that the table's memory had time to arrive, and that a game for which there is no
+// room is not half counted.
 void GameCollector::enterMoves() {
-  for (const Entered& move : entered_) {
-    if (!table_.add(move.key, move.from, move.to, move.outcome, move.weight)) break;
-    ++counters_.movesEntered;
-  }
-  entered_.clear();
+  isFull_ = !table_.makeRoomFor(entered_.size());
+  if (isFull_) return;
+  for (const Entered& entered : entered_) table_.add(entered.move, entered.outcome, entered.weight);
+  counters_.movesEntered += static_cast<std::int64_t>(entered_.size());
 }
 
 }  // namespace ombrin

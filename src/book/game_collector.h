@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "board/board.h"
+#include "book/book_kind.h"
 #include "book/book_table.h"
 #include "book/build_settings.h"
 #include "pgn/pgn_game.h"
@@ -42,8 +43,9 @@ struct GameProblem {
 // Replays games on the table's board and enters their moves into the table. One thread at a time.
 class GameCollector {
  public:
-  // All three must live as long as this.
-  GameCollector(BookTable& table, const BuildSettings& settings, BuildCounters& counters);
+  // The moves are filed for a book of that kind. The others must live as long as this.
+  GameCollector(BookTable& table, BookKind kind, const BuildSettings& settings,
+                BuildCounters& counters);
 
   // Counts the game as what it is, and enters its first plies when it passes the settings. False
   // when there is a problem with the game; its moves before the first bad one are entered all the
@@ -51,13 +53,13 @@ class GameCollector {
   bool addGame(const PgnGame& game);
   // Of the last game for which there was one.
   const GameProblem& problem() const { return problem_; }
+  // There was no room for a game, and it was not counted at all.
+  bool isFull() const { return isFull_; }
 
  private:
   // A move that waits for the end of its game.
   struct Entered {
-    std::uint64_t key;
-    std::uint8_t from;
-    std::uint8_t to;
+    BookEntry move;  // without games
     BookTable::Outcome outcome;
     float weight;
   };
@@ -69,11 +71,13 @@ class GameCollector {
   void enterMoves();
 
   BookTable& table_;
+  const BookKind kind_;
   const BuildSettings& settings_;
   BuildCounters& counters_;
   Board start_;
   std::vector<Entered> entered_;
   GameProblem problem_;
+  bool isFull_ = false;
 };
 
 }  // namespace ombrin

@@ -3,29 +3,21 @@
 #include <algorithm>
 #include <cmath>
 
+#include "book/table_positions.h"
+
 namespace ombrin {
 
 namespace {
 
-// Calls visit(span of entries) for every position of a sorted table.
-template <typename Entry, typename Visitor>
-void forEachPosition(std::span<Entry> entries, Visitor&& visit) {
-  auto first = std::find_if(entries.begin(), entries.end(),
-                            [](const BookEntry& entry) { return !entry.isEmpty(); });
-  while (first != entries.end()) {
-    const auto last =
-        std::find_if(first, entries.end(),
-                     [key = first->key](const BookEntry& entry) { return entry.key != key; });
-    visit(std::span<Entry>(first, last));
-    first = last;
-  }
-}
+constexpr std::uint64_t BETWEEN_REPORTS = 1 << 16;
 
 }  // namespace
 
-void filterMoves(BookTable& table, const BuildSettings& settings, BuildCounters& counters) {
+void filterMoves(BookTable& table, const BuildSettings& settings, BuildCounters& counters,
+                 Progress& progress) {
+  std::uint64_t seen = 0;
   for (BookEntry& entry : table.entries()) {
-    if (entry.isEmpty()) continue;
+    if (++seen % BETWEEN_REPORTS == 0) progress.at(seen);
     const double minScore = entry.isBlackMove() ? settings.minscoreb : settings.minscorew;
     std::int64_t* dropped = nullptr;
     if (static_cast<std::int64_t>(entry.games()) < settings.mingames) {

@@ -6,11 +6,13 @@
 #include "book/book_table.h"
 #include "book/build_settings.h"
 #include "book/game_collector.h"
+#include "book/progress.h"
 
 namespace ombrin {
 
 // Empties the entries that have too few games, too low an Elo or too low a score, and counts them.
-void filterMoves(BookTable& table, const BuildSettings& settings, BuildCounters& counters);
+void filterMoves(BookTable& table, const BuildSettings& settings, BuildCounters& counters,
+                 Progress& progress);
 
 // The positions of a sorted table.
 std::int64_t countPositions(const BookTable& table);

@@ -2,8 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <span>
 #include <string>
 
@@ -26,26 +24,6 @@ class ByteSource {
 
   // Why reading ended before the end; empty when it did not.
   virtual std::string problem() const { return {}; }
-};
-
-// What a C stream gives, which is its opener's to close.
-class StreamSource : public ByteSource {
- public:
-  explicit StreamSource(std::FILE* stream) : stream_(stream) {}
-
-  std::size_t read(std::span<char> room) override {
-    const std::size_t count = std::fread(room.data(), 1, room.size(), stream_);
-    consumed_ += count;
-    return count;
-  }
-  std::uint64_t consumed() const override { return consumed_; }
-  std::string problem() const override {
-    return std::ferror(stream_) != 0 ? "the file cannot be read" : "";
-  }
-
- private:
-  std::FILE* stream_;
-  std::uint64_t consumed_ = 0;
 };
 
 }  // namespace ombrin

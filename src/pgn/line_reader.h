@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,8 @@ class LineReader {
   // Does the next line start so? No longer than FIRST_LOOK. Blocks as next() does.
   bool nextStartsWith(std::string_view start);
 
+  // Bytes taken from the file so far.
+  std::uint64_t consumed() const { return source_.consumed(); }
   // Why the text ended before its end; empty when it did not.
   std::string problem() const { return isWide_ ? WIDE : source_.problem(); }
 

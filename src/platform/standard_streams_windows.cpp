@@ -13,4 +13,8 @@ void passBytesUnchanged() {
   _setmode(_fileno(stdout), _O_BINARY);
 }
 
+bool isTerminal(std::FILE* stream) {
+  return _isatty(_fileno(stream)) != 0;
+}
+
 }  // namespace ombrin

@@ -1,11 +1,11 @@
 // The console's commands for opening books.
-#include <string>
 
 #include "board/fen.h"
 #include "board/notation.h"
 #include "book/book_builder.h"
 #include "book/book_merge.h"
 #include "book/book_statistics.h"
+#include "shell/book_arguments.h"
 #include "shell/console.h"
 #include "util/print.h"
 #include "util/scan.h"
@@ -13,13 +13,6 @@
 namespace ombrin {
 
 namespace {
-
-// The commands with several names read no more of each.
-constexpr std::size_t LONGEST_NAME = 200;
-
-std::string takeName(std::string_view& text) {
-  return std::string(takeWord(text, LONGEST_NAME));
-}
 
 void reportNoBook() {
   print(stdout, "book not open!\n");
@@ -51,48 +44,45 @@ void Console::listBook(const RefString& /*arguments*/) {
 void Console::loadBook(const RefString& name) {
   if (name.empty()) return;
   book_.close();
-  if (book_.open(name.c_str())) {
-    print(stdout, "book found: %s, %u positions\n", name.c_str(), book_.recordCount());
+  std::string path(name.view());
+  if (path.starts_with('"')) path = splitWords(path).front();
+  if (book_.open(path)) {
+    print(stdout, "book found: %s, %u positions\n", path.c_str(), book_.recordCount());
     picker_.configure(settings_);
   } else {
-    print(stdout, "could not read book file: %s\n", name.c_str());
+    const std::string problem = book_.problem().empty() ? "" : ": " + book_.problem();
+    print(stdout, "could not read book file: %s%s\n", path.c_str(), problem.c_str());
   }
 }
 
 void Console::buildBook(const RefString& arguments) {
   book_.close();
-  std::string_view text = arguments.view();
-  const std::string pgnFile = takeName(text);
-  const std::string iniFile = takeName(text);
-  const int maxGames = toInt(text);
-  if (pgnFile.empty()) {
+  BuildRequest request = readBuildRequest(arguments.view(), iniFile_);
+  if (request.sources.empty()) {
     print(stdout, "Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n");
     return;
   }
   control_.stopSearch();
-  std::string bookFile;
   Board board;
-  const bool built =
-      ombrin::buildBook(board, bookFile, iniFile.empty() ? iniFile_ : iniFile, pgnFile, maxGames);
+  const bool built = ombrin::buildBook(board, request);
   // Once games have been read, the listing is that of the start position.
   if (!board.occupied().empty()) game_.setUp(START_FEN);
   if (!built) return;
-  print(stdout, "opening %s...\n", bookFile.c_str());
-  loadBook(RefString(bookFile));
+  print(stdout, "opening %s...\n", request.bookFile.c_str());
+  loadBook(RefString(request.bookFile));
   showBook();
 }
 
 void Console::mergeBooks(const RefString& arguments) {
   book_.close();
-  std::string_view text = arguments.view();
-  const std::string master = takeName(text);
-  const std::string secondary = takeName(text);
-  const std::string result = takeName(text);
-  if (result.empty()) {
+  const std::vector<std::string> words = splitWords(arguments.view());
+  const bool sums = words.size() == 4 && words[3] == "sum";
+  if (words.size() != 3 && !sums) {
     print(stdout, "Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n");
     return;
   }
-  if (ombrin::mergeBooks(master, secondary, result) && book_.open(result)) showBook();
+  const MergeRule rule = sums ? MergeRule::SUM : MergeRule::MASTER_WINS;
+  if (ombrin::mergeBooks(words[0], words[1], words[2], rule) && book_.open(words[2])) showBook();
 }
 
 void Console::showBookStatistics(const RefString& /*arguments*/) {

@@ -13,7 +13,9 @@
 #include "book/book_statistics.h"
 #include "book/book_table.h"
 #include "book/table_filter.h"
+#include "book/table_output.h"
 #include "book_samples.h"
+#include "pgn/file_source.h"
 #include "pgn/pgn_reader.h"
 #include "support/random_games.h"
 #include "temporary_directory.h"
@@ -40,10 +42,22 @@ class BookBuilderTest : public testing::Test {
     writeFile("games.pgn", pgn);
     writeFile("build.ini", ini);
     Built built{};
-    built.output = printedBy([&] {
-      std::string name = "games.obk";
-      built.ok = buildBook(board_, name, "build.ini", "games.pgn", maxGames);
-    });
+    BuildRequest request;
+    request.sources = {"games.pgn"};
+    request.iniFile = "build.ini";
+    request.bookFile = "games.obk";
+    request.maxGames = maxGames;
+    built.output = printedBy([&] { built.ok = buildBook(board_, request); });
+    return built;
+  }
+  // From files that are there, with the settings that are there.
+  Built buildFrom(const std::vector<std::string>& sources, const std::string& book) {
+    BuildRequest request;
+    request.sources = sources;
+    request.iniFile = "build.ini";
+    request.bookFile = book;
+    Built built{};
+    built.output = printedBy([&] { built.ok = buildBook(board_, request); });
     return built;
   }
 
@@ -121,9 +135,7 @@ TEST_F(BookBuilderTest, CountsEveryMoveOfRandomGames) {
   ASSERT_TRUE(built.ok) << built.output;
 
   std::map<std::tuple<std::uint64_t, int, int>, std::array<std::uint32_t, 3>> expected;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen("games.pgn", "rb"),
-                                                               &std::fclose);
-  StreamSource source(stream.get());
+  FileSource source(std::fopen("games.pgn", "rb"));
   LineReader lines(source);
   PgnReader reader(lines);
   for (int i = 0; i < MAX_GAMES; ++i) {
@@ -173,7 +185,7 @@ TEST_F(BookBuilderTest, FiltersGames) {
         "-variant =       1  (-11%)\n", "-noresult=       1  (-11%)\n",
         "games.used  =       1  ( 11%)\n",
         "-->error in line 36, game 5: Warning: mixed results: 0-1 <> 1-0\n",
-        "-->error in line 44, game 6, A - ?: the position is refused: 8/8\n",
+        "-->error in line 44, game 6, A - ?: Illegal FEN: no White king: 8/8\n",
         "-->error in line 50, game 7: 2. Ke3: illegal move, no king can go there\n",
         "moves      =       5\nmoves-uniq =       3\n"}) {
     EXPECT_NE(built.output.find(text), std::string::npos) << text << built.output;
@@ -266,19 +278,18 @@ TEST_F(BookBuilderTest, StopsEarlyWithTheReason) {
     EXPECT_TRUE(built.output.ends_with(example.end)) << built.output;
     EXPECT_FALSE(std::filesystem::exists("games.obk"));
   }
-  std::filesystem::create_directory("dir.pgn");
+  std::filesystem::create_directory("empty");
   const std::tuple<const char*, const char*, const char*> missing[] = {
       {"build.ini", "", "no pgnfile!\n"},
       {"no.ini", "games.pgn", "could not load inifile: no.ini\n"},
       {"build.ini", "no.pgn", "could not open pgn-file: no.pgn\n"},
-      {"build.ini", "dir.pgn", "could not open pgn-file: dir.pgn\n"},
+      {"build.ini", "empty", "no pgn-files in directory: empty\n"},
   };
   for (const auto& [ini, pgn, output] : missing) {
-    std::string name;
-    EXPECT_EQ(printedBy([&, ini = ini, pgn = pgn] {
-                EXPECT_FALSE(buildBook(board_, name, ini, pgn, 0));
-              }),
-              output);
+    BuildRequest request;
+    request.iniFile = ini;
+    request.sources = {pgn};
+    EXPECT_EQ(printedBy([&] { EXPECT_FALSE(buildBook(board_, request)); }), output);
   }
 }
 
@@ -293,10 +304,9 @@ TEST_F(BookBuilderTest, RefusesABookThatCannotBeWrittenBeforeItReads) {
       {"other.obk", "the book would replace its source: games.pgn\n"},
   };
   for (const auto& [book, output] : cases) {
-    std::string name = book;
-    EXPECT_EQ(
-        printedBy([&] { EXPECT_FALSE(buildBook(board_, name, "build.ini", "games.pgn", 0)); }),
-        output);
+    const Built built = buildFrom({"games.pgn"}, book);
+    EXPECT_FALSE(built.ok);
+    EXPECT_EQ(built.output, output);
   }
   EXPECT_EQ(readFile("games.pgn"), games);
 }
@@ -306,14 +316,47 @@ TEST_F(BookBuilderTest, NamesTheBookAfterTheCollection) {
   const auto nameOf = [&](const std::string& pgn, const std::string& ini) {
     writeFile("build.ini", KEEP_ALL + ini);
     writeFile(pgn, gameText("", "e4 e5", "1-0"));
-    std::string name;
-    printedBy([&] { EXPECT_TRUE(buildBook(board_, name, "build.ini", pgn, 0)); });
-    EXPECT_TRUE(std::filesystem::exists(name));
-    return name;
+    BuildRequest request;
+    request.sources = {pgn};
+    request.iniFile = "build.ini";
+    printedBy([&] { EXPECT_TRUE(buildBook(board_, request)); });
+    EXPECT_TRUE(std::filesystem::exists(request.bookFile));
+    return request.bookFile;
   };
   EXPECT_EQ(nameOf("a.b.pgn", ""), "a.b.obk");
   EXPECT_EQ(nameOf("some.dir/games", ""), "games.obk");
   EXPECT_EQ(nameOf("a.b.pgn", "book.build.file=some.dir/named.obk\n"), "some.dir/named.obk");
+}
+
+void add(BookTable& table, const BookEntry& entry) {
+  ASSERT_TRUE(table.makeRoomFor(1));
+  table.add(entry);
+}
+
+// Within its limit, a table lets moves go that were played once, the oldest first, and keeps count
+// of every other.
+TEST(BookTable, LetsRareMovesGoWhenItMayNotGrow) {
+  Board board;
+  BookTable table(board);
+  table.limitBytes(1024 * 40);
+  constexpr std::uint64_t OFTEN = 100;
+  const auto play = [&table](std::uint64_t key) {
+    ASSERT_TRUE(table.makeRoomFor(1));
+    table.add(makeEntry(key, "e2e4", 0, 0, 0), BookTable::WIN, 1);
+  };
+  for (int round = 0; round < 2; ++round) {
+    for (std::uint64_t key = 0; key < OFTEN; ++key) play(key);
+  }
+  constexpr std::uint64_t RARE = 5000;
+  for (std::uint64_t key = OFTEN; key < OFTEN + RARE; ++key) play(key);
+  for (std::uint64_t key = 0; key < OFTEN; ++key) play(key);
+  EXPECT_LE(table.capacity(), 1412U);
+  EXPECT_EQ(table.used() + static_cast<std::size_t>(table.dropped()), OFTEN + RARE);
+  std::uint64_t oldest = OFTEN + static_cast<std::uint64_t>(table.dropped());
+  for (const BookEntry& entry : table.entries()) {
+    EXPECT_EQ(entry.games(), entry.key < OFTEN ? 3U : 1U) << entry.key;
+    EXPECT_TRUE(entry.key < OFTEN || entry.key == oldest++);
+  }
 }
 
 TEST(BookTable, RefusesToShrinkOrToBeHuge) {
@@ -367,8 +410,7 @@ TEST(BookOutput, GivesTheNameToOneWholeBook) {
   ASSERT_TRUE(full.isOpen());
   Board board;
   BookTable table(board);
-  table.add(1, 2, 3, BookTable::WIN, 1);
-  EXPECT_EQ(printedBy([&] { EXPECT_FALSE(table.save(full)); }),
+  EXPECT_EQ(printedBy([&] { EXPECT_FALSE(saveTable(table, full, BOOK_COUNTS)); }),
             "saving book to /dev/full\ncould not write file: /dev/full\n");
 }
 
@@ -389,12 +431,13 @@ TEST(TableFilter, DropsMovesByGamesQualityAndScore) {
     Board board;
     BookTable table(board);
     BuildCounters counters;
-    ASSERT_TRUE(table.add(9, example.black ? 0x80 : 0, 1, BookTable::WIN, example.factor));
-    BookEntry& entry = table.entries().front();
-    entry.wins = example.wins;
-    entry.draws = example.draws;
-    entry.losses = example.losses;
-    filterMoves(table, BuildSettings(), counters);
+    BookEntry move =
+        makeEntry(9, "e2e4", example.wins, example.draws, example.losses, example.factor);
+    move.from |= example.black ? 0x80 : 0;
+    add(table, move);
+    const BookEntry& entry = table.entries().front();
+    Progress progress(0, 1);
+    filterMoves(table, BuildSettings(), counters, progress);
     EXPECT_EQ(
         (Dropped{counters.droppedByGames, counters.droppedByQuality, counters.droppedByScore}),
         example.dropped);
@@ -408,11 +451,16 @@ TEST(TableFilter, KeepsTheMovesThatCoverAPosition) {
     Board board;
     BookTable table(board);
     for (const std::uint64_t key : {5, 6}) {
-      for (const std::uint8_t move : {0, 0, 0, 0, 0, 0, 0, 0, 1, 2}) {
-        table.add(key, move, 1, BookTable::DRAW, 1);
+      for (const std::uint32_t games : {1, 8, 1}) {
+        add(table, makeEntry(key,
+                             games == 8              ? "e2e4"
+                             : table.used() % 3 == 0 ? "d2d4"
+                                                     : "c2c4",
+                             0, games, 0, 1));
       }
     }
-    table.sort();
+    Progress progress(0, 1);
+    table.sort(progress);
     EXPECT_EQ(countPositions(table), 2);
     BuildCounters counters;
     BuildSettings settings;

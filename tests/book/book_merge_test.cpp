@@ -35,7 +35,8 @@ TEST(MergeBooks, TakesEveryPositionOnceFromTheMasterFirst) {
   const TemporaryDirectory directory;
   std::mt19937 random(8);
   for (int round = 0; round < 60; ++round) {
-    const std::vector<BookEntry> master = randomBook(random);
+    std::vector<BookEntry> master = randomBook(random);
+    if (master.empty()) master = manyMoves(1, 1);  // an empty one is refused
     const std::vector<BookEntry> secondary = randomBook(random);
     std::map<std::uint64_t, std::vector<BookEntry>> positions;
     for (const BookEntry& entry : master) positions[entry.key].push_back(entry);
@@ -70,8 +71,30 @@ TEST(MergeBooks, KeepsThirtyOneRecordsOfAPositionAndSplitOnesApart) {
   const std::vector<BookEntry> result = readBook("r.obk");
   ASSERT_EQ(result.size(), 2 + 31 + 1U);
   EXPECT_EQ(result[0].wins, 65535U);
-  EXPECT_EQ(result[32].to, 30);
+  EXPECT_EQ(result[32].to, 0x36);
   EXPECT_EQ(result[33].key, 3U);
+}
+
+// Both know a1a2, the master with more games than fit into one record.
+TEST(MergeBooks, AddsTheGamesWhenAskedTo) {
+  const TemporaryDirectory directory;
+  writeBook("m.obk", {makeEntry(1, "a1a2", 70000, 0, 0, 4), makeEntry(1, "a1a3", 3, 2, 1, 2),
+                      makeEntry(2, "a1a2", 1, 0, 0)});
+  writeBook("s.obk", {makeEntry(1, "a1a4", 200000, 0, 0, 8), makeEntry(1, "a1a2", 1, 2, 3, 4),
+                      makeEntry(3, "a1a2", 2, 0, 0)});
+  printedBy([] { EXPECT_TRUE(mergeBooks("m.obk", "s.obk", "r.obk", MergeRule::SUM)); });
+  const std::vector<BookEntry> result = readBook("r.obk");
+  // Four records for the first move, two for the second.
+  ASSERT_EQ(result.size(), 4 + 2 + 1 + 2U);
+  EXPECT_EQ(moveText(result[0]), "a1a4");
+  EXPECT_NEAR(result[3].eloFactor, 8, 0.1);
+  EXPECT_EQ(result[4].wins + result[5].wins, 70001U);
+  EXPECT_EQ(result[4].draws + result[5].draws, 2U);
+  EXPECT_EQ(result[4].losses + result[5].losses, 3U);
+  EXPECT_NEAR(result[4].eloFactor, 8, 0.1);
+  EXPECT_TRUE(isSame(result[6], makeEntry(1, "a1a3", 3, 2, 1)));
+  EXPECT_EQ(result[7].key, 2U);
+  EXPECT_EQ(result[8].key, 3U);
 }
 
 TEST(MergeBooks, HasTheMastersLayout) {
@@ -90,6 +113,7 @@ TEST(MergeBooks, RefusesWithTheReason) {
   const TemporaryDirectory directory;
   writeBook("a.obk", {makeEntry(1, "a1a2", 1, 0, 0)});
   writeBook("b.obk", {});
+  writeFile("short.obk", readFile("a.obk") + "x");
   const struct {
     std::string master, secondary, result, output;
   } cases[] = {
@@ -97,6 +121,11 @@ TEST(MergeBooks, RefusesWithTheReason) {
       {"a.obk", "b.obk", "a.obk", "cannot merge book to self\n"},
       {"a.obk", "b.obk", "b.obk", "cannot merge book to self\n"},
       {"x.obk", "b.obk", "r.obk", "could not open file: x.obk\n"},
+      {"b.obk", "a.obk", "r.obk", "could not open file: b.obk: it has no moves\n"},
+      {"short.obk", "a.obk", "r.obk", "could not open file: short.obk: it ends within a record\n"},
+      {"a.obk", "short.obk", "r.obk", "could not open file: short.obk: it ends within a record\n"},
+      {"a.obk", "b.obk", "r.bin",
+       "cannot merge books of two kinds; buildbook turns one into the other\n"},
       {"a.obk", "x.obk", "r.obk", "could not open file: x.obk\n"},
       {"a.obk", "b.obk", "no/r.obk", "could not open file: no/r.obk\n"},
       {"a.obk", "b.obk", "/dev/full",

@@ -49,7 +49,7 @@ inline std::vector<BookEntry> manyMoves(std::uint64_t key, int count) {
   std::vector<BookEntry> entries;
   for (int i = 0; i < count; ++i) {
     entries.push_back(makeEntry(key, "a1a1", 1, 0, 0));
-    entries.back().to = static_cast<std::uint8_t>(i);
+    entries.back().to = static_cast<std::uint8_t>(i + (i & ~7));
   }
   return entries;
 }

@@ -54,6 +54,7 @@ TEST(Documents, NameEveryKeyOfTheIniFile) {
   addKeys(PlaySettings::criteria(), keys, lines);
   addKeys(PlaySettings::weights(), keys, lines);
   addKeys(BuildSettings::rows(), keys, lines);
+  addKeys(BuildSettings::extraRows(), keys, lines);
   EXPECT_EQ(namesIn(textOf(ROOT / "examples/ombrin.ini"), R"(\n(#[a-z.]+=.*))"), lines);
   constexpr char KEY[] = R"(\b((?:book|uci|winboard|tt|search|egbb|machine)(?:\.[a-z]+)+)\b)";
   for (const char* document : {"docs/manual.md", "man/ombrin.6"}) {

@@ -1,4 +1,6 @@
 // Opening books through the program's three interfaces.
+#include <signal.h>
+
 #include "program/session.h"
 
 namespace ombrin {
@@ -57,6 +59,34 @@ TEST_F(Books, ExplainTheirCommands) {
     EXPECT_EQ(joined(session_.ask(command)), "book not open!\n");
   }
   EXPECT_EQ(session_.ask("loadbook").size(), 0U);
+}
+
+TEST_F(Books, AreBuiltFromSeveralSourcesAndBecomePolyglots) {
+  const std::filesystem::path directory = session_.directory();
+  std::filesystem::create_directory(directory / "more games");
+  std::filesystem::copy(directory / "games.pgn", directory / "more games" / "second.pgn");
+  session_.ask("buildbook games.pgn \"more games\"");
+  EXPECT_TRUE(contains(session_.ask("book"), "g1f3   2710        8 "));
+  std::ofstream(directory / "bin.ini") << INI << "book.build.file=games.bin\n";
+  const Lines lines = session_.ask("buildbook games.obk bin.ini");
+  EXPECT_TRUE(contains(lines, "saved 5 moves")) << joined(lines);
+  EXPECT_TRUE(contains(session_.ask("book"), "100.0%  g1f3      0    65535 "));
+}
+
+// Standard input gives no games, so the building goes on until the program has to end.
+TEST_F(Books, LeaveNothingBehindWhenTheirBuildingIsEnded) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    Session session(INI);
+    const auto countFiles = [&session] {
+      return std::distance(std::filesystem::directory_iterator(session.directory()), {});
+    };
+    session.send("buildbook -");
+    session.waitFor("processing...");
+    EXPECT_EQ(countFiles(), 2);
+    session.process().kill(signal);
+    EXPECT_EQ(session.exitStatus(), 0);
+    EXPECT_EQ(countFiles(), 1);
+  }
 }
 
 TEST_F(Books, AreOpenedAtTheStart) {
