@@ -53,8 +53,10 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
     (this->*known.handle)();
     return true;
   }
-  if (active_) note("unknown winboard command: %s", command.c_str());
-  return false;
+  if (!active_) return false;
+  note("unknown winboard command: %s", command.c_str());
+  send("Error (unknown command): %s\n", command.c_str());
+  return true;
 }
 
 void WinboardFrontEnd::enter() {

@@ -59,8 +59,9 @@ class WinboardFrontEnd final : public SearchObserver {
   // Has the protocol been entered?
   bool isActive() const { return active_; }
 
-  // Takes a line that the protocol knows, entered or not. An empty command is taken, without
-  // effect, while the protocol is active. Command thread, with the game lock held.
+  // Takes a line that the protocol knows, entered or not, and every line while the protocol is
+  // active: an empty command without effect, an unknown one with an error message. Command thread,
+  // with the game lock held.
   bool handleLine(const RefString& command, const RefString& arguments);
 
   void finished(const SearchReport& report) override;

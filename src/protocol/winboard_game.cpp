@@ -118,7 +118,7 @@ void WinboardFrontEnd::userMove() {
     printBoard(game_.board(), logFile);
     think(Caller::COMMAND_THREAD);
   } else {
-    send("Illegal Move: %s\n", text.c_str());
+    send("Illegal move: %s\n", text.c_str());
     restartAnalysis();
   }
 }

@@ -107,8 +107,8 @@ TEST_F(Winboard, AnswersInFixedWords) {
       {"variant normal", ""},
       {"variant atomic", "tellusererror variant not supported: atomic\n"},
       {"setboard 8/8/8/8/8/8/8/8 w - -", "tellusererror Illegal position\n"},
-      {"usermove e2e5", "Illegal Move: e2e5\n"},
-      {"usermove e7e8q", "Illegal Move: e7e8q\n"},
+      {"usermove e2e5", "Illegal move: e2e5\n"},
+      {"usermove e7e8q", "Illegal move: e7e8q\n"},
       {"undo", "tellusererror cannot undo\n"},
       {"remove", "tellusererror cannot undo\ntellusererror cannot undo\n"},
       {"accepted setboard", ""},
@@ -119,6 +119,8 @@ TEST_F(Winboard, AnswersInFixedWords) {
       {"draw", ""},
       {"result 1/2-1/2 {agreed}", ""},
       {"", ""},
+      {"castle now", "Error (unknown command): castle\n"},
+      {"perft 1", "Error (unknown command): perft\n"},
   };
   send("new");
   send("force");
@@ -399,7 +401,7 @@ TEST_F(Winboard, PlaysFastWhilePondering) {
       // An answer that was faster than "undo" is what that took back, and our move came twice.
       const Lines late = ask("computer");
       if (std::any_of(late.begin(), late.end(),
-                      [](const std::string& line) { return line.starts_with("Illegal Move"); })) {
+                      [](const std::string& line) { return line.starts_with("Illegal move"); })) {
         newGame();
       }
     }
