@@ -55,6 +55,21 @@ TEST(WinboardLines, StartWithThePonderMove) {
   EXPECT_EQ(winboardThinkingLine(report, D4), "5 -20 123 42 d2d4 e2e4 d2d4");
 }
 
+TEST(WinboardLines, CountMatesInMoves) {
+  const struct {
+    Score score;
+    const char* text;
+  } cases[] = {
+      {Score::mateIn(1), "100001"},   {Score::mateIn(5), "100003"},
+      {Score::matedIn(2), "-100001"}, {Score::matedIn(6), "-100003"},
+      {Score::matedIn(0), "-100000"}, {MATE_BOUND, "29000"},
+  };
+  for (const auto& [score, text] : cases) {
+    const SearchReport report{.depth = 1, .score = score};
+    EXPECT_EQ(winboardThinkingLine(report, NULL_MOVE), std::string("1 ") + text + " 0 0");
+  }
+}
+
 TEST(Throttle, HoldsBackWhatIsStable) {
   const struct {
     int depth;
