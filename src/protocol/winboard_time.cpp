@@ -1,5 +1,7 @@
 // The part of the WinBoard front-end that deals with time and other limits.
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "protocol/winboard_front_end.h"
 #include "util/scan.h"
@@ -8,17 +10,30 @@ namespace ombrin {
 
 namespace {
 
+// The nearest int, in milliseconds.
+int toMillis(double seconds) {
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(
+      std::clamp(std::round(seconds * 1000), double{Limits::min()}, double{Limits::max()}));
+}
+
+// "0.5" is half a second; in milliseconds.
+std::optional<int> readSeconds(std::string_view text) {
+  const std::optional<double> seconds = takeDecimal(text);
+  if (!seconds) return std::nullopt;
+  return toMillis(*seconds);
+}
+
 // "5" is five minutes, "0:30" thirty seconds; in milliseconds.
 std::optional<int> readBaseTime(std::string_view text) {
-  const std::optional<std::int64_t> minutes = takeNumber(text);
+  const std::optional<double> minutes = takeDecimal(text);
   if (!minutes) return std::nullopt;
-  std::int64_t seconds = 0;
+  double seconds = 0;
   if (text.starts_with(':')) {
     text.remove_prefix(1);
-    seconds = takeNumber(text).value_or(0);
+    seconds = takeDecimal(text).value_or(0);
   }
-  // Clamped first, so that the products stay within 64 bits.
-  return clampToInt((std::int64_t{clampToInt(*minutes)} * 60 + clampToInt(seconds)) * 1000);
+  return toMillis(*minutes * 60 + seconds);
 }
 
 int scaled(int value, int factor) {
@@ -32,12 +47,13 @@ void WinboardFrontEnd::level() {
   const std::optional<int> moves = numberArgument(DEFAULT_MOVES);
   const RefString base = tokens_.nextToken();
   const std::optional<int> baseTime = base.empty() ? 0 : readBaseTime(base.view());
-  const std::optional<int> increment = numberArgument(0);
+  const RefString added = tokens_.nextToken();
+  const std::optional<int> increment = added.empty() ? 0 : readSeconds(added.view());
   if (!moves || !baseTime || !increment) return;
   movesPerControl_ = *moves;
   basePly_ = game_.board().gamePly();
   millis_ = *baseTime;
-  incrementMs_ = scaled(*increment, 1000);
+  incrementMs_ = *increment;
   fixedMoveTime_.reset();
 }
 
@@ -49,11 +65,12 @@ void WinboardFrontEnd::time() {
 }
 
 void WinboardFrontEnd::moveTime() {
-  constexpr int DEFAULT_SECONDS = 5;
-  const std::optional<int> seconds = numberArgument(DEFAULT_SECONDS);
-  if (!seconds) return;
-  fixedMoveTime_ = scaled(std::max(*seconds, 0), 1000);
-  note("settime(): nseconds=%i\n", *seconds);
+  constexpr int DEFAULT_TIME = 5000;
+  const RefString text = tokens_.nextToken();
+  const std::optional<int> millis = text.empty() ? DEFAULT_TIME : readSeconds(text.view());
+  if (!millis) return;
+  fixedMoveTime_ = std::max(*millis, 0);
+  note("settime(): nseconds=%i\n", *millis / 1000);
 }
 
 void WinboardFrontEnd::depthLimit() {

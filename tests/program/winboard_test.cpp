@@ -290,6 +290,27 @@ TEST_F(Winboard, FollowsTheTimeControl) {
   EXPECT_NE(log().find("Nominal search time is 1.00 seconds"), std::string::npos);
 }
 
+TEST_F(Winboard, CountsFractionsOfSeconds) {
+  const struct {
+    const char* control;
+    const char* logged;
+  } cases[] = {
+      {"level 40 0:30.5 0.25", "millis=30500, incms=250\n"},
+      {"level 0 1 .5", "millis=60000, incms=500\n"},
+      {"level 0 0.5 1", "millis=30000, incms=1000\n"},
+      {"st 0.1", "Nominal search time is 0.10 seconds"},
+  };
+  newGame();
+  for (const auto& [control, logged] : cases) {
+    send("force");
+    send(control);
+    send("go");
+    send("?");
+    engineMove();
+    EXPECT_NE(log().find(logged), std::string::npos) << control;
+  }
+}
+
 TEST_F(Winboard, Analyses) {
   newGame();
   send("force");
