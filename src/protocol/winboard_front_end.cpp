@@ -15,6 +15,17 @@
 
 namespace ombrin {
 
+namespace {
+
+// In coordinate or algebraic notation? No word of the protocol does.
+bool looksLikeMove(std::string_view word) {
+  const bool castles = word.starts_with("O-O") || word.starts_with("o-o");
+  return (castles || (word.size() > 1 && word.find_first_of("12345678") < word.size())) &&
+         word.find_first_not_of("KQRBNOabcdefghnoqrx12345678-=+#") == std::string_view::npos;
+}
+
+}  // namespace
+
 // "cores" is what GUIs send to a program that announces the feature "smp".
 const WinboardFrontEnd::Command WinboardFrontEnd::COMMANDS[] = {
     {"xboard", &WinboardFrontEnd::enter},      {"protover", &WinboardFrontEnd::listFeatures},
@@ -54,6 +65,10 @@ bool WinboardFrontEnd::handleLine(const RefString& command, const RefString& arg
     return true;
   }
   if (!active_) return false;
+  if (looksLikeMove(command.view())) {
+    userMove(command);
+    return true;
+  }
   note("unknown winboard command: %s", command.c_str());
   send("Error (unknown command): %s\n", command.c_str());
   return true;

@@ -60,8 +60,9 @@ class WinboardFrontEnd final : public SearchObserver {
   bool isActive() const { return active_; }
 
   // Takes a line that the protocol knows, entered or not, and every line while the protocol is
-  // active: an empty command without effect, an unknown one with an error message. Command thread,
-  // with the game lock held.
+  // active: an empty command without effect, a move without "usermove", as from a GUI that passes
+  // over the features, and an unknown word with an error message. Command thread, with the game
+  // lock held.
   bool handleLine(const RefString& command, const RefString& arguments);
 
   void finished(const SearchReport& report) override;
@@ -93,7 +94,8 @@ class WinboardFrontEnd final : public SearchObserver {
   void moveTime();
   void depthLimit();
   void go();
-  void userMove();
+  void userMove() { userMove(tokens_.rest()); }
+  void userMove(const RefString& text);
   void undo();
   void remove();
   void moveNow();

@@ -102,8 +102,7 @@ void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool 
   note("go() ok");
 }
 
-void WinboardFrontEnd::userMove() {
-  const RefString text = tokens_.rest();
+void WinboardFrontEnd::userMove(const RefString& text) {
   const Move ponderMove = game_.ponderMove();
   Move move;
   if (!ponderMove.isNull()) {

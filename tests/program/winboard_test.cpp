@@ -119,6 +119,8 @@ TEST_F(Winboard, AnswersInFixedWords) {
       {"draw", ""},
       {"result 1/2-1/2 {agreed}", ""},
       {"", ""},
+      {"e2e5", "Illegal move: e2e5\n"},
+      {"O-O", "Illegal move: O-O\n"},
       {"castle now", "Error (unknown command): castle\n"},
       {"perft 1", "Error (unknown command): perft\n"},
   };
@@ -250,8 +252,9 @@ TEST_F(Winboard, TakesMovesBack) {
   // Captures, castling, promotion and en passant come back as they were.
   setUp("r3k2r/1P6/8/8/5p2/8/4P3/R3K2R w KQkq -");
   const std::string before = writeFen(board_);
-  const Lines moves = {"b7a8q", "e8e7", "e2e4", "f4e3", "e1g1", "h8h1", "g1h1"};
-  for (const std::string& move : moves) EXPECT_EQ(ask("usermove " + move).size(), 0U) << move;
+  // A GUI that passes over the features sends moves by themselves.
+  const Lines moves = {"usermove b7a8q", "usermove e8e7", "e2e4", "f4e3", "O-O", "Rh1+", "g1h1"};
+  for (const std::string& move : moves) EXPECT_EQ(ask(move).size(), 0U) << move;
   for (std::size_t i = 0; i < moves.size(); ++i) EXPECT_EQ(ask("undo").size(), 0U);
   EXPECT_TRUE(contains(ask("undo"), "tellusererror cannot undo"));
   // All of them are legal again, so castling rights are back too.
