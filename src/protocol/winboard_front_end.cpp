@@ -98,6 +98,8 @@ void WinboardFrontEnd::redirectLog() {
 }
 
 void WinboardFrontEnd::listFeatures() {
+  // The GUI waits for the last line, however long the others take.
+  send("feature done=0\n");
   send("feature ping=1\n");
   send("feature setboard=1\n");
   send("feature usermove=1\n");
@@ -112,6 +114,9 @@ void WinboardFrontEnd::listFeatures() {
   send("feature memory=1\n");
   send("feature egt=0\n");
   send("feature time=1\n");
+  send("feature debug=1\n");
+  send("feature sigint=0\n");
+  send("feature sigterm=1\n");
   send("feature done=1\n");
 }
 

@@ -91,10 +91,11 @@ TEST_F(Winboard, ListsItsFeatures) {
   session.ask("");
   session.askWinboard("xboard");
   EXPECT_EQ(joined(session.askWinboard("protover 2")),
-            "feature ping=1\nfeature setboard=1\nfeature usermove=1\n"
+            "feature done=0\nfeature ping=1\nfeature setboard=1\nfeature usermove=1\n"
             "feature myname=\"ombrin-0.5c\"\nfeature analyze=1\nfeature variants=\"normal\"\n"
             "feature colors=0\nfeature ics=1\nfeature name=1\nfeature pause=1\nfeature smp=1\n"
-            "feature memory=1\nfeature egt=0\nfeature time=1\nfeature done=1\n");
+            "feature memory=1\nfeature egt=0\nfeature time=1\nfeature debug=1\nfeature "
+            "sigint=0\nfeature sigterm=1\nfeature done=1\n");
 }
 
 TEST_F(Winboard, AnswersInFixedWords) {
