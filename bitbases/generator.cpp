@@ -1,30 +1,39 @@
-// Makes table files: all of three and four men, or those named and what they rest on.
+// Makes table files: all of up to so many men, or those named and what they rest on.
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
+#include "packing.h"
+#include "record.h"
 #include "solver.h"
 #include "table_file.h"
 #include "table_set.h"
+#include "table_store.h"
 #include "verifier.h"
+#include "work_progress.h"
 
 namespace {
 
 using namespace bitbases;
 
 constexpr const char* USAGE =
-    "Usage: ombrin-bitbases [--threads N] [--verify] DIRECTORY [MATERIAL ...]\n"
-    "Makes the tables of the materials, e.g. KBNK or KRPKR, and those they rest on; without a\n"
-    "material, all of three and four men. Tables that are there already are kept.\n"
+    "Usage: ombrin-bitbases [--threads N] [--verify] DIRECTORY [MEN | MATERIAL ...]\n"
+    "Makes the tables of all endings of up to so many men, 4 unless it is said, or those of the\n"
+    "materials, e.g. KBNK or KRPKR, and those they rest on. Tables that are there already are "
+    "kept.\n"
     "  --threads N  threads to compute with (all processors)\n"
-    "  --verify     then check every position of the materials' tables against its moves\n";
+    "  --verify     also check every position of the tables asked for against its moves, and "
+    "write\n"
+    "               their numbers to the directory's tables.txt\n";
+
+constexpr std::size_t CACHE = std::size_t{64} << 20;
 
 struct Options {
   int threads = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
@@ -42,107 +51,130 @@ void addWithSuccessors(std::vector<Material>& order, const Material& material) {
   order.push_back(material);
 }
 
+bool readThreads(std::string_view text, int& threads) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), threads);
+  return error == std::errc{} && end == text.data() + text.size() && threads >= 1 && threads <= 256;
+}
+
+void addUpTo(int men, std::vector<Material>& materials) {
+  for (int n = 3; n <= men; ++n) {
+    for (const Material& material : materialsOf(n)) materials.push_back(material);
+  }
+}
+
 bool readOptions(std::vector<std::string_view> arguments, Options& options) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view argument = arguments[i];
     if (argument == "--verify") {
       options.verify = true;
     } else if (argument == "--threads") {
-      if (++i == arguments.size()) return false;
-      const std::string_view text = arguments[i];
-      const auto [end, error] =
-          std::from_chars(text.data(), text.data() + text.size(), options.threads);
-      if (error != std::errc{} || end != text.data() + text.size() || options.threads < 1 ||
-          options.threads > 256) {
-        return false;
-      }
+      if (++i == arguments.size() || !readThreads(arguments[i], options.threads)) return false;
     } else if (options.directory.empty()) {
       options.directory = argument;
+    } else if (argument == "3" || argument == "4" || argument == "5") {
+      addUpTo(argument.front() - '0', options.materials);
     } else {
       const auto material = Material::fromName(argument);
       if (!material) return false;
       options.materials.push_back(material->canonical());
     }
   }
-  if (options.materials.empty()) {
-    for (const int men : {3, 4}) {
-      for (const Material& material : materialsOf(men)) options.materials.push_back(material);
-    }
-  }
+  if (options.materials.empty()) addUpTo(4, options.materials);
   return !options.directory.empty() && !options.directory.starts_with('-');
 }
 
-class Stopwatch {
+void reportDamage(const std::string& path) {
+  std::printf("%s is damaged\n", path.c_str());
+}
+
+// Makes and checks the tables of one directory.
+class Workshop {
  public:
-  double seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  explicit Workshop(const Options& options)
+      : options_(options),
+        store_(options.directory, options.threads),
+        tables_(std::make_unique<TableSet>(reportDamage)),
+        record_(options.directory) {
+    for (const Material& material : options.materials) addWithSuccessors(order_, material);
+    tables_->setCache(CACHE);
+  }
+
+  // False when a table cannot be written, or is wrong.
+  bool work() {
+    progress_ = std::make_unique<WorkProgress>(order_);
+    for (std::size_t i = 0; i < order_.size(); ++i) {
+      const Material& material = order_[i];
+      label_ = std::to_string(i + 1);
+      label_.append("/").append(std::to_string(order_.size())).append(" ").append(material.name());
+      const Stopwatch stopwatch;
+      const bool wasThere = isThere(material);
+      if (!wasThere && !make(material)) return false;
+      if (!tables_->add(options_.directory, material)) return false;
+      const bool isChecked = options_.verify && isAskedFor(material);
+      if (isChecked && !check(material, wasThere ? 0 : stopwatch.seconds())) return false;
+      progress_->finish(material, wasThere);
+      if (wasThere && !isChecked) continue;
+      std::printf("%s: %.1f s; %s\n", label_.c_str(), stopwatch.seconds(),
+                  progress_->text().c_str());
+      std::fflush(stdout);
+    }
+    std::printf("%zu tables, %.1f s\n", order_.size(), stopwatch_.seconds());
+    return true;
   }
 
  private:
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-};
+  bool isAskedFor(const Material& material) const {
+    return std::ranges::any_of(
+        options_.materials, [&](const Material& one) { return one.number() == material.number(); });
+  }
 
-// Makes the table unless it is there; its messages begin with `label`. False when it cannot be
-// written and read.
-bool provide(const Material& material, const std::string& label, const Options& options,
-             TableSet& tables) {
-  if (tables.add(options.directory, material)) return true;
-  const Stopwatch stopwatch;
-  const Layout layout(material);
-  const bool isLarge = material.men() > 4;
-  std::printf("%s %s: %llu positions ...%s", label.c_str(), material.name().c_str(),
-              static_cast<unsigned long long>(layout.size()), isLarge ? "\n" : "");
-  std::fflush(stdout);
-  const auto report = [&](double stage) {
-    if (!isLarge) return;
-    if (stage < 1) {
-      std::printf("  %.0f%% of the positions looked at\n", 100 * stage);
-    } else {
-      std::printf("  pass %.0f, %.0f s\n", stage, stopwatch.seconds());
-    }
-    std::fflush(stdout);
-  };
-  const auto values = Solver(material, tables, options.threads).solve(report);
-  if (!writeTable(options.directory, material, layout, values) ||
-      !tables.add(options.directory, material)) {
-    std::printf(" cannot be written to %s\n", options.directory.c_str());
+  bool isThere(const Material& material) const {
+    const auto file = TableFile::open(options_.directory, material);
+    return file && file->isWhole();
+  }
+
+  bool make(const Material& material) {
+    Solver solver(material, store_.source(), options_.threads);
+    Stopwatch shown;
+    const auto table = solver.solve([&](double part) {
+      progress_->set(material, part);
+      if (shown.seconds() < 10) return;
+      shown = Stopwatch();
+      std::printf("%s ...; %s\n", label_.c_str(), progress_->text().c_str());
+      std::fflush(stdout);
+    });
+    TableWriter writer(material, solver.longestChain());
+    pack(*table, store_.source(), options_.threads, writer);
+    if (writer.write(options_.directory)) return true;
+    std::printf("%s cannot be written to %s\n", label_.c_str(), options_.directory.c_str());
     return false;
   }
-  std::printf(" %.1f s\n", stopwatch.seconds());
-  return true;
-}
 
-bool check(const Material& material, const Options& options, const TableSet& tables) {
-  const Totals totals = verify(material, tables, options.threads);
-  std::printf(
-      "%s: won %llu, drawn %llu, lost %llu, wrong %llu\n", material.name().c_str(),
-      static_cast<unsigned long long>(totals.won), static_cast<unsigned long long>(totals.drawn),
-      static_cast<unsigned long long>(totals.lost), static_cast<unsigned long long>(totals.wrong));
-  std::fflush(stdout);
-  return totals.wrong == 0;
-}
-
-int run(const Options& options) {
-  static TableSet tables;
-  const Stopwatch stopwatch;
-  std::error_code error;
-  std::filesystem::create_directories(options.directory, error);
-  std::vector<Material> order;
-  for (const Material& material : options.materials) addWithSuccessors(order, material);
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    const std::string label =
-        "[" + std::to_string(i + 1) + "/" + std::to_string(order.size()) + "]";
-    if (!provide(order[i], label, options, tables)) return 1;
-  }
-  bool isRight = true;
-  if (options.verify) {
-    for (const Material& material : options.materials) {
-      isRight = check(material, options, tables) && isRight;
+  // `seconds` is what making the table took.
+  bool check(const Material& material, double seconds) {
+    const auto file = TableFile::open(options_.directory, material);
+    if (!file) return false;
+    if (record_.has(material, *file)) return true;
+    const Stopwatch stopwatch;
+    const Totals totals = verify(material, *tables_, options_.threads);
+    if (totals.wrong != 0) {
+      std::printf("%s: %llu positions are wrong\n", label_.c_str(),
+                  static_cast<unsigned long long>(totals.wrong));
+      return false;
     }
+    if (seconds > 0) seconds += stopwatch.seconds();
+    return record_.add(material, *file, totals, seconds);
   }
-  std::printf("%zu tables, %.1f s\n", order.size(), stopwatch.seconds());
-  return isRight ? 0 : 1;
-}
+
+  const Options& options_;
+  TableStore store_;
+  std::unique_ptr<TableSet> tables_;
+  Record record_;
+  std::vector<Material> order_;
+  std::unique_ptr<WorkProgress> progress_;
+  std::string label_;
+  Stopwatch stopwatch_;
+};
 
 }  // namespace
 
@@ -153,7 +185,9 @@ int main(int argc, char** argv) {
       std::fputs(USAGE, stderr);
       return 2;
     }
-    return run(options);
+    std::error_code error;
+    std::filesystem::create_directories(options.directory, error);
+    return Workshop(options).work() ? 0 : 1;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s\n", failure.what());
     return 1;

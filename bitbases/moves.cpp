@@ -55,7 +55,11 @@ class Finder {
     own_ |= bitOf(position.king[side_]);
   }
 
-  MoveList find() {
+  Squares enemies() const { return enemy_; }
+
+  // All moves, or those to `targets` only.
+  MoveList find(Squares targets = ~Squares{0}) {
+    wanted_ = targets;
     findKingMoves();
     for (int slot = 0; slot < position_.count; ++slot) {
       if (position_.slots[slot].color == side_) findMovesOf(slot);
@@ -70,9 +74,11 @@ class Finder {
 
   void findKingMoves() {
     const Square king = position_.king[side_];
+    Squares targets = kingSteps(king) & ~own_ & wanted_;
+    if (targets == 0) return;
     // The king does not shield the squares behind it.
     const Squares attacked = attacksOf(position_, 1 - side_, men_ ^ bitOf(king));
-    Squares targets = kingSteps(king) & ~own_ & ~attacked;
+    targets &= ~attacked;
     while (targets != 0) {
       const Square to = popSquare(targets);
       list_.add({KING_SLOT, to, capturedOn(to), QUEEN, false, false});
@@ -85,7 +91,7 @@ class Finder {
                           ? pushes(man, men_) | (pawnAttacks(side_, man.square) & enemy_)
                           : attacks(man, men_) & ~own_;
     // A king can be captured only in positions that cannot arise.
-    targets &= ~bitOf(position_.king[1 - side_]);
+    targets &= wanted_ & ~bitOf(position_.king[1 - side_]);
     while (targets != 0) {
       const Square to = popSquare(targets);
       const int captured = capturedOn(to);
@@ -110,6 +116,7 @@ class Finder {
   Squares men_;
   Squares own_ = 0;
   Squares enemy_ = 0;
+  Squares wanted_ = 0;
   // Can a man other than the king expose or leave its king in check at all?
   bool mayExpose_ = false;
   MoveList list_;
@@ -134,6 +141,11 @@ bool isLegal(const Position& position) {
 
 MoveList legalMoves(const Position& position) {
   return Finder(position).find();
+}
+
+MoveList legalCaptures(const Position& position) {
+  Finder finder(position);
+  return finder.find(finder.enemies());
 }
 
 Position after(const Position& position, const Move& move) {

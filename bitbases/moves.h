@@ -47,9 +47,8 @@ bool isLegal(const Position& position);
 // All legal moves but captures en passant.
 MoveList legalMoves(const Position& position);
 
-inline Square originOf(const Position& position, const Move& move) {
-  return move.slot == KING_SLOT ? position.king[position.side] : position.slots[move.slot].square;
-}
+// The captures among them.
+MoveList legalCaptures(const Position& position);
 
 // The position after the move; slots change when it captures.
 Position after(const Position& position, const Move& move);

@@ -3,186 +3,226 @@
 #include <algorithm>
 #include <atomic>
 
-#include "outcome.h"
+#include "frame_sets.h"
 #include "parallel.h"
 
 namespace bitbases {
 
 namespace {
 
-Square reflected(Square square) {
-  return fileOf(square) * 8 + rankOf(square);
-}
-
-// Reflecting in the diagonal a1-h8 changes nothing, unless like men change places. Such a position
-// has its moves in pairs that lead to reflections of each other, and is reached by pairs of moves
-// from reflections of each other; each pair must count once on both sides.
-bool isSymmetric(const Position& position) {
-  const auto hasReflection = [&](const Man& man) {
-    return std::ranges::any_of(position.men(), [&](const Man& other) {
-      return other.square == reflected(man.square) && other.type == man.type &&
-             other.color == man.color;
-    });
-  };
-  return !position.hasPawns() && position.king[0] == reflected(position.king[0]) &&
-         position.king[1] == reflected(position.king[1]) &&
-         std::ranges::all_of(position.men(), hasReflection);
-}
-
-// Is a man's way between two squares the one that counts of its pair? On the diagonal it has no
-// partner.
-bool isCounted(Square here, Square there) {
-  const Square decisive = here != reflected(here) ? here : there;
-  return rankOf(decisive) <= fileOf(decisive);
-}
+constexpr std::uint64_t GRAIN = 2048;  // words
 
 }  // namespace
 
-Solver::Solver(const Material& material, const TableSet& tables, int threads)
-    : layout_(material),
-      tables_(tables),
-      threads_(threads),
-      states_(layout_.size()),
-      hasNews_((layout_.size() + BLOCK - 1) / BLOCK) {}
-
-std::vector<std::uint8_t> Solver::solve(const std::function<void(double)>& report) {
-  constexpr int STAGES = 20;
-  const std::uint64_t stage = (states_.size() / STAGES / BLOCK + 1) * BLOCK;
-  for (std::uint64_t begin = 0; begin < states_.size(); begin += stage) {
-    report(static_cast<double>(begin) / static_cast<double>(states_.size()));
-    forRanges(std::min(stage, states_.size() - begin), BLOCK, threads_,
-              [&](std::uint64_t from, std::uint64_t to) { classify(begin + from, begin + to); });
+Solver::Open::Open(std::uint32_t size) : fresh(size) {
+  for (const Color side : {0, 1}) {
+    notWon[side].resize(size);
+    unsaved[side].resize(size);
   }
-  for (int passes = 1; pass(); ++passes) report(passes);
-  for (std::uint8_t& state : states_) state = state == WON ? WIN : state == LOST ? LOSS : DRAW;
-  return std::move(states_);
 }
 
-void Solver::classify(std::uint64_t begin, std::uint64_t end) {
-  for (std::uint64_t index = begin; index < end; ++index) {
-    const Position position = layout_.position(index);
-    if (!layout_.isNumbered(position, index) || !isLegal(position)) {
-      states_[index] = IMPOSSIBLE;
-      continue;
+Solver::Solver(const Material& material, const TableSource& source, int threads)
+    : table_(std::make_shared<FullTable>(material)),
+      grid_(table_->grid),
+      leaving_(material, source, table_.get()),
+      threads_(threads) {
+  for (const Color side : {0, 1}) table_->makeRoom(side);
+}
+
+std::shared_ptr<const FullTable> Solver::solve(const std::function<void(double)>& report) {
+  std::vector<std::vector<std::uint32_t>> bySteps;
+  for (std::uint32_t slice = 0; slice < grid_.slices(); ++slice) {
+    const auto steps = static_cast<std::size_t>(grid_.pawnSteps(slice));
+    if (bySteps.size() <= steps) bySteps.resize(steps + 1);
+    bySteps[steps].push_back(slice);
+  }
+  std::uint32_t done = 0;
+  std::atomic<int> longest = 0;
+  const auto solveOne = [&](std::uint32_t slice, int threads) {
+    const int chain = solveSlice(slice, threads);
+    int known = longest.load(std::memory_order_relaxed);
+    while (known < chain && !longest.compare_exchange_weak(known, chain)) {
     }
-    const std::uint8_t state = firstState(position);
-    states_[index] = state;
-    if (state == NEWLY_WON || state == NEWLY_LOST) hasNews_[index / BLOCK] = 1;
-  }
-}
-
-// What the move leads to, for the side to move there, as far as the tables at hand tell; nothing
-// when it leads to another position of this table.
-std::optional<Value> Solver::decidedValue(const Position& position, const Move& move) const {
-  if (!move.isQuiet()) return tables_.value(after(position, move));
-  if (!move.isDoubleStep) return std::nullopt;
-  const Position next = after(position, move);
-  const Value value = withEnPassant(next, DRAW, enPassantValue(tables_, next, move.slot));
-  // A draw by capturing en passant decides nothing: their other moves may be better.
-  if (value == DRAW) return std::nullopt;
-  return value;
-}
-
-std::uint8_t Solver::firstState(const Position& position) const {
-  const MoveList list = legalMoves(position);
-  if (list.moves().empty()) return isInCheck(position, position.side) ? NEWLY_LOST : HAS_DRAW;
-  const bool symmetric = isSymmetric(position);
-  bool hasDraw = false;
-  std::uint8_t count = 0;
-  for (const Move& move : list.moves()) {
-    const std::optional<Value> theirs = decidedValue(position, move);
-    if (!theirs) {
-      if (!symmetric || isCounted(originOf(position, move), move.to)) ++count;
-      continue;
+  };
+  std::ranges::reverse(bySteps);
+  for (const auto& slices : bySteps) {
+    // Slices with as many steps do not lead to each other.
+    if (grid_.freeMen() < 2) {
+      forRanges(slices.size(), 1, threads_,
+                [&](std::uint64_t n, std::uint64_t) { solveOne(slices[n], 1); });
+    } else {
+      for (const std::uint32_t slice : slices) solveOne(slice, threads_);
     }
-    if (*theirs == LOSS) return NEWLY_WON;
-    if (*theirs == DRAW) hasDraw = true;
+    done += static_cast<std::uint32_t>(slices.size());
+    report(static_cast<double>(done) / grid_.slices());
   }
-  return hasDraw ? HAS_DRAW : count == 0 ? NEWLY_LOST : count;
+  longestChain_ = longest;
+  return table_;
 }
 
-bool Solver::pass() {
-  std::atomic<bool> found = false;
-  forRanges(hasNews_.size(), 1, threads_, [&](std::uint64_t block, std::uint64_t) {
-    // Taken back before the states are read, so that news of others meanwhile is seen now or in
-    // the next pass.
-    if (std::atomic_ref(hasNews_[block]).exchange(0, std::memory_order_acquire) == 0) return;
-    found.store(true, std::memory_order_relaxed);
-    const std::uint64_t end = std::min((block + 1) * BLOCK, layout_.size());
-    for (std::uint64_t index = block * BLOCK; index < end; ++index) {
-      // Only the block's visitor changes a state that is decided.
-      std::atomic_ref state(states_[index]);
-      const std::uint8_t known = state.load(std::memory_order_relaxed);
-      if (known != NEWLY_WON && known != NEWLY_LOST) continue;
-      state.store(known == NEWLY_WON ? WON : LOST, std::memory_order_relaxed);
-      visitPredecessors(layout_.position(index), known == NEWLY_LOST);
+int Solver::solveSlice(std::uint32_t slice, int threads) {
+  const std::uint32_t size = grid_.sliceSize();
+  Open open(size);
+  forRanges(size, GRAIN, threads, [&](std::uint64_t begin, std::uint64_t end) {
+    for (std::uint64_t word = begin; word < end; ++word) {
+      this->open(open, slice, static_cast<std::uint32_t>(word));
     }
   });
-  return found.load(std::memory_order_relaxed);
+  int longest = 0;
+  for (const Color winner : {0, 1}) {
+    longest = std::max(longest, findWins(open, slice, winner, threads));
+  }
+  const std::uint32_t first = slice * size;
+  forRanges(size, GRAIN, threads, [&](std::uint64_t begin, std::uint64_t end) {
+    for (std::uint64_t word = begin; word < end; ++word) {
+      const Position frame = grid_.frame(first + static_cast<std::uint32_t>(word));
+      for (const Color side : {0, 1}) {
+        table_->won[side][first + word] = legalSet(frame, side) & ~open.notWon[side][word];
+      }
+    }
+  });
+  return longest;
 }
 
-void Solver::visitPredecessors(const Position& position, bool isLost) {
-  const Color mover = 1 - position.side;
-  const Squares men = occupied(position);
-  const bool symmetric = isSymmetric(position);
-  Position predecessor = position;
-  predecessor.side = mover;
-  const auto visit = [&](Squares origins, auto& square) {
-    const auto here = square;
-    while (origins != 0) {
-      const Square origin = popSquare(origins);
-      if (symmetric && !isCounted(here, origin)) continue;
-      square = static_cast<std::remove_cvref_t<decltype(square)>>(origin);
-      inform(predecessor, isLost);
-    }
-    square = here;
-  };
-  const Square king = position.king[mover];
-  visit(kingSteps(king) & ~men & ~kingSteps(position.king[position.side]), predecessor.king[mover]);
-  for (int slot = 0; slot < position.count; ++slot) {
-    const Man& man = position.slots[slot];
-    if (man.color != mover) continue;
-    if (man.type == PAWN) {
-      visitPawnPredecessors(position, slot, isLost);
+void Solver::open(Open& open, std::uint32_t slice, std::uint32_t word) const {
+  const Position frame = grid_.frame(slice * grid_.sliceSize() + word);
+  for (const Color side : {0, 1}) {
+    const Squares legal = legalSet(frame, side);
+    if (legal == 0) continue;
+    const Leaving leaving = leaving_.all(frame, side);
+    open.notWon[side][word] = legal & ~leaving.won;
+    const Squares unsaved = legal & ~leaving.saved;
+    const Squares stuck = unsaved & ~leaving.movable & ~checkedSet(frame, side);
+    const Squares stalemates = stuck & ~movableSet(frame, side, stuck);
+    open.unsaved[side][word] = unsaved & ~stalemates;
+  }
+}
+
+int Solver::findWins(Open& open, std::uint32_t slice, Color winner, int threads) {
+  const std::uint32_t size = grid_.sliceSize();
+  const Color loser = 1 - winner;
+  Squares* const lost = &table_->lost[loser][slice * size];
+  // Lost positions that are found in one pass are used in the next only, so that the passes count
+  // the moves.
+  for (int passes = 0;; ++passes) {
+    std::atomic<bool> found = false;
+    forRanges(size, GRAIN, threads, [&](std::uint64_t begin, std::uint64_t end) {
+      bool isAny = false;
+      for (std::uint64_t word = begin; word < end; ++word) {
+        Squares& unsaved = open.unsaved[loser][word];
+        if (unsaved == 0) continue;
+        const Squares fresh = newlyLost(open, slice, static_cast<std::uint32_t>(word), loser);
+        if (fresh == 0) continue;
+        open.fresh[word] = fresh;
+        lost[word] |= fresh;
+        unsaved &= ~fresh;
+        isAny = true;
+      }
+      if (isAny) found.store(true, std::memory_order_relaxed);
+    });
+    if (!found) return passes;
+    forRanges(size, GRAIN, threads, [&](std::uint64_t begin, std::uint64_t end) {
+      for (std::uint64_t word = begin; word < end; ++word) {
+        if (open.fresh[word] == 0) continue;
+        spreadWins(open, slice, static_cast<std::uint32_t>(word), winner);
+        open.fresh[word] = 0;
+      }
+    });
+  }
+}
+
+// The steps of the white king to squares that are empty but for the black king: visit(word,
+// symmetry) for the word of the slice that each leads to, or comes from.
+template <typename Visit>
+void Solver::forWhiteKingSteps(const Position& frame, std::uint32_t word,
+                               const Visit& visit) const {
+  Squares targets = kingSteps(frame.king[0]) & ~occupiedInFrame(frame);
+  const int here = grid_.kingNumber(frame.king[0]);
+  while (targets != 0) {
+    const Square to = popSquare(targets);
+    if (const int there = grid_.kingNumber(to); there >= 0) {
+      const auto offset = (there - here) * static_cast<std::int32_t>(grid_.placements());
+      if (!visit(word + static_cast<std::uint32_t>(offset), Symmetry{})) return;
     } else {
-      visit(attacks(man, men) & ~men, predecessor.slots[slot].square);
+      // Only without pawns: there is one slice.
+      Position next = frame;
+      next.king[0] = to;
+      const Grid::Place place = grid_.find(next);
+      if (!visit(place.word, place.symmetry)) return;
     }
   }
 }
 
-void Solver::visitPawnPredecessors(const Position& position, int slot, bool isLost) {
-  const Color mover = 1 - position.side;
-  const Squares men = occupied(position);
-  const Square here = position.slots[slot].square;
-  const Square one = here - upOf(mover);
-  if (relativeRank(mover, one) == 0 || (men & bitOf(one)) != 0) return;
-  Position predecessor = position;
-  predecessor.side = mover;
-  predecessor.slots[slot].square = static_cast<std::uint8_t>(one);
-  inform(predecessor, isLost);
-
-  const Square two = one - upOf(mover);
-  if (relativeRank(mover, two) != 1 || (men & bitOf(two)) != 0) return;
-  // firstState() has dealt with a winning capture, and one that draws saves what is lost.
-  const std::optional<Value> capture = enPassantValue(tables_, position, slot);
-  if (capture == WIN || (capture == DRAW && isLost)) return;
-  predecessor.slots[slot].square = static_cast<std::uint8_t>(two);
-  inform(predecessor, isLost);
+// The same for the moves of one side's pieces: visit(word, way), where `way` are the squares on
+// which the black king would be in the way.
+template <typename Visit>
+void Solver::forPieceMoves(const Position& frame, std::uint32_t word, Color color,
+                           const Visit& visit) const {
+  const Squares men = occupiedInFrame(frame);
+  for (int slot = 0; slot < frame.count; ++slot) {
+    const Man& man = frame.slots[slot];
+    if (man.color != color || man.type == PAWN) continue;
+    Squares targets = attacks(man, men) & ~men;
+    while (targets != 0) {
+      const Square to = popSquare(targets);
+      const auto there = word + static_cast<std::uint32_t>(grid_.offset(frame, slot, to));
+      if (!visit(there, between(man.square, to))) return;
+    }
+  }
 }
 
-// A move of the predecessor has been found to win, or to lose.
-void Solver::inform(const Position& predecessor, bool isLost) {
-  const std::uint64_t index = layout_.index(predecessor);
-  std::atomic_ref state(states_[index]);
-  std::uint8_t known = state.load(std::memory_order_relaxed);
-  std::uint8_t next;
-  do {
-    if (known > HAS_DRAW || (!isLost && known == HAS_DRAW)) return;
-    next = isLost ? NEWLY_WON : known == 1 ? NEWLY_LOST : static_cast<std::uint8_t>(known - 1);
-  } while (!state.compare_exchange_weak(known, next, std::memory_order_relaxed));
-  if (next == NEWLY_WON || next == NEWLY_LOST) {
-    // Publishes the state to the block's next visitor.
-    std::atomic_ref(hasNews_[index / BLOCK]).store(1, std::memory_order_release);
+// The positions of a word whose moves have all been found to lose. Moves that are not legal lead to
+// positions that are not in `notWon`.
+Squares Solver::newlyLost(const Open& open, std::uint32_t slice, std::uint32_t word,
+                          Color loser) const {
+  const std::vector<Squares>& notWon = open.notWon[1 - loser];
+  Squares unsaved = open.unsaved[loser][word];
+  if (loser == 1) {
+    unsaved &= ~spread(notWon[word]);
+    if (unsaved == 0) return 0;
+  }
+  const Position frame = grid_.frame(slice * grid_.sliceSize() + word);
+  forPieceMoves(frame, word, loser, [&](std::uint32_t there, Squares way) {
+    unsaved &= ~(notWon[there] & ~way);
+    return unsaved != 0;
+  });
+  if (loser == 0 && unsaved != 0) {
+    forWhiteKingSteps(frame, word, [&](std::uint32_t there, Symmetry symmetry) {
+      unsaved &= ~undone(symmetry, notWon[there]);
+      return unsaved != 0;
+    });
+  }
+  return unsaved;
+}
+
+// Marks as won whatever leads to the newly lost positions of a word.
+void Solver::spreadWins(Open& open, std::uint32_t slice, std::uint32_t word, Color winner) const {
+  const Squares fresh = open.fresh[word];
+  const auto win = [&](std::uint32_t there, Squares squares) {
+    std::atomic_ref notWon(open.notWon[winner][there]);
+    if ((notWon.load(std::memory_order_relaxed) & squares) != 0) {
+      notWon.fetch_and(~squares, std::memory_order_relaxed);
+    }
+  };
+  const Position frame = grid_.frame(slice * grid_.sliceSize() + word);
+  forPieceMoves(frame, word, winner, [&](std::uint32_t there, Squares way) {
+    win(there, fresh & ~way);
+    return true;
+  });
+  if (winner == 1) {
+    win(word, spread(fresh));
+  } else {
+    forWhiteKingSteps(frame, word, [&](std::uint32_t there, Symmetry symmetry) {
+      const Squares squares = applied(symmetry, fresh);
+      win(there, squares);
+      // A position and its reflection in the diagonal are both kept when the white king stands on
+      // it, and both lead to the one that is kept of positions beside it.
+      if (grid_.isOnDiagonal(frame)) return true;
+      if (const Position next = grid_.frame(there); grid_.isOnDiagonal(next)) {
+        win(grid_.reflected(next), transposed(squares));
+      }
+      return true;
+    });
   }
 }
 

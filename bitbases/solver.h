@@ -1,59 +1,65 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <vector>
 
-#include "layout.h"
-#include "material.h"
-#include "moves.h"
-#include "table_set.h"
+#include "full_table.h"
+#include "leaving_moves.h"
 
 namespace bitbases {
 
-// Computes a table by retrograde analysis (Thompson, "Retrograde Analysis of Certain Endgames",
-// 1986): positions decided by mate, capture or promotion first, then again and again the positions
-// from which decided ones can be reached. A position is won when one move leads to a lost one, and
-// lost when every move has been found to lead to a won one, which a count of the moves tells.
-// Whatever is never decided is a draw.
+// Computes a table, sixty-four positions at a time. First come mates and what captures, promotions
+// and pawns' steps decide; from these, whatever leads to them is found in passes (Thompson,
+// "Retrograde Analysis of Certain Endgames", 1986): a position is lost when all its moves lead to
+// won ones, and won when one leads to a lost one. What no pass reaches is drawn. Slices are solved
+// in the order of their pawns' steps, because no pawn goes back.
 class Solver {
  public:
-  // The tables of the material's successors must be held.
-  Solver(const Material& material, const TableSet& tables, int threads);
+  // Takes the tables of the material's successors from `source`.
+  Solver(const Material& material, const TableSource& source, int threads);
 
-  // The value of every position by its number; draws for numbers that stand for no position. To be
-  // called once. `report` is called now and then, on the calling thread, with the part of the
-  // positions that have been looked at (below 1), later with the number of passes made (from 1).
-  std::vector<std::uint8_t> solve(const std::function<void(double)>& report);
+  // To be called once. `report` is called now and then, on the calling thread, with the part of the
+  // slices that are done.
+  std::shared_ptr<const FullTable> solve(const std::function<void(double)>& report);
+
+  // Of solve(): the most moves that a winner needs to a mate, or to its or the loser's leaving the
+  // slice with the win decided.
+  int longestChain() const { return longestChain_; }
 
  private:
-  // Positions of a block are scanned together when one of them has news.
-  static constexpr std::uint64_t BLOCK = 4096;
+  // What is not decided yet, by word of the slice.
+  struct Open {
+    explicit Open(std::uint32_t size);
+    // By side to move: neither known to be won, nor to be impossible.
+    std::array<std::vector<Squares>, 2> notWon;
+    // By side to move: nothing but moves within the slice can save it, and these have not all been
+    // found to lose.
+    std::array<std::vector<Squares>, 2> unsaved;
+    // Found to be lost in this pass.
+    std::vector<Squares> fresh;
+  };
 
-  // What is known of a position, in one byte: up to 200 the number of quiet moves not yet found to
-  // lose, of a position that nothing has decided.
-  static constexpr std::uint8_t HAS_DRAW = 201;  // undecided, and can never be lost
-  static constexpr std::uint8_t NEWLY_LOST = 202;
-  static constexpr std::uint8_t NEWLY_WON = 203;
-  static constexpr std::uint8_t LOST = 204;
-  static constexpr std::uint8_t WON = 205;
-  static constexpr std::uint8_t IMPOSSIBLE = 206;
+  int solveSlice(std::uint32_t slice, int threads);
+  void open(Open& open, std::uint32_t slice, std::uint32_t word) const;
+  // Solves for wins of one side; the number of passes.
+  int findWins(Open& open, std::uint32_t slice, Color winner, int threads);
+  Squares newlyLost(const Open& open, std::uint32_t slice, std::uint32_t word, Color loser) const;
+  void spreadWins(Open& open, std::uint32_t slice, std::uint32_t word, Color winner) const;
 
-  std::optional<Value> decidedValue(const Position& position, const Move& move) const;
-  std::uint8_t firstState(const Position& position) const;
-  void classify(std::uint64_t begin, std::uint64_t end);
-  // One visit to every block with news; false when there was none.
-  bool pass();
-  void visitPredecessors(const Position& position, bool isLost);
-  void visitPawnPredecessors(const Position& position, int slot, bool isLost);
-  void inform(const Position& predecessor, bool isLost);
+  template <typename Visit>
+  void forWhiteKingSteps(const Position& frame, std::uint32_t word, const Visit& visit) const;
+  template <typename Visit>
+  void forPieceMoves(const Position& frame, std::uint32_t word, Color color,
+                     const Visit& visit) const;
 
-  Layout layout_;
-  const TableSet& tables_;
+  std::shared_ptr<FullTable> table_;
+  const Grid& grid_;
+  LeavingMoves leaving_;
   int threads_;
-  std::vector<std::uint8_t> states_;
-  std::vector<std::uint8_t> hasNews_;  // by block
+  int longestChain_ = 0;
 };
 
 }  // namespace bitbases

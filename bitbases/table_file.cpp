@@ -1,70 +1,42 @@
 #include "table_file.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstdio>
+#include <array>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 namespace bitbases {
 
-static_assert(std::endian::native == std::endian::little);
-
 namespace {
 
-constexpr std::uint32_t VERSION = 1;
+constexpr std::uint32_t VERSION = 2;
 
 struct Header {
   std::array<char, 8> magic{'E', 'G', 'B', 'B', 'W', 'D', 'L', 0};
   std::uint32_t version = VERSION;
-  std::uint32_t reserved = 0;
+  std::uint32_t blockWords = Block::WORDS;
   std::array<char, 16> name{};
-  std::uint64_t positions = 0;
-  std::uint64_t checksum = 0;
+  std::uint64_t words = 0;
+  std::uint32_t longestChain = 0;
+  std::uint32_t checksum = 0;
 };
 static_assert(sizeof(Header) == 48);
 
-std::uint64_t dataSize(const Layout& layout) {
-  return (layout.size() + 4) / 5;
-}
-
-constexpr std::uint64_t mixed(std::uint64_t sum, std::uint64_t word) {
-  sum = (sum ^ word) * 0x9e3779b97f4a7c15;
-  return sum ^ (sum >> 29);
-}
-
-// Word by word, so that a table is checked as fast as it is read.
-std::uint64_t checksum(std::span<const std::byte> bytes, std::uint64_t sum) {
-  for (; bytes.size() >= sizeof(std::uint64_t); bytes = bytes.subspan(sizeof(std::uint64_t))) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes.data(), sizeof word);
-    sum = mixed(sum, word);
-  }
-  for (const std::byte byte : bytes) sum = mixed(sum, static_cast<std::uint64_t>(byte));
-  return sum;
-}
-
-// The header of a file with that data.
-Header makeHeader(const Material& material, const Layout& layout, std::span<const std::byte> data) {
+Header headerOf(const Material& material, const Grid& grid, int longestChain,
+                std::span<const std::byte> index) {
   Header header;
   std::ranges::copy(material.name(), header.name.begin());
-  header.positions = layout.size();
-  const std::uint64_t named = checksum(std::as_bytes(std::span(header.name)), header.positions);
-  header.checksum = checksum(data, named);
+  header.words = grid.words();
+  header.longestChain = static_cast<std::uint32_t>(longestChain);
+  const auto before =
+      std::as_bytes(std::span(&header, 1)).first(sizeof header - sizeof header.checksum);
+  header.checksum = checksum(index, checksum(before, 0));
   return header;
 }
 
-std::vector<std::byte> pack(std::span<const std::uint8_t> values) {
-  std::vector<std::byte> data((values.size() + 4) / 5);
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    const auto five = values.subspan(5 * i, std::min<std::size_t>(5, values.size() - 5 * i));
-    unsigned byte = 0;
-    for (std::size_t j = five.size(); j > 0; --j) byte = 3 * byte + five[j - 1];
-    data[i] = static_cast<std::byte>(byte);
-  }
-  return data;
+std::uint32_t blockCount(const Grid& grid) {
+  return 2 * static_cast<std::uint32_t>((grid.words() + Block::WORDS - 1) / Block::WORDS);
 }
 
 }  // namespace
@@ -77,29 +49,82 @@ std::string tablePath(const std::string& directory, const Material& material) {
   return path + ".wdl";
 }
 
-std::optional<std::span<const std::byte>> tableData(std::span<const std::byte> file,
-                                                    const Material& material,
-                                                    const Layout& layout) {
-  if (file.size() != sizeof(Header) + dataSize(layout)) return std::nullopt;
-  const auto data = file.subspan(sizeof(Header));
-  const Header expected = makeHeader(material, layout, data);
-  if (std::memcmp(file.data(), &expected, sizeof expected) != 0) return std::nullopt;
-  // What the checksum cannot tell: that whoever wrote the file knew the base.
-  if (std::ranges::any_of(data, [](std::byte byte) { return static_cast<unsigned>(byte) > 242; })) {
-    return std::nullopt;
-  }
-  return data;
+TableFile::TableFile(std::string path, const Material& material)
+    : path_(std::move(path)), file_(path_), grid_(material) {}
+
+std::unique_ptr<const TableFile> TableFile::open(const std::string& directory,
+                                                 const Material& material) {
+  const std::string path = tablePath(directory, material);
+  // Before the grid is made, which takes longer than to look.
+  if (!File(path).isOpen()) return nullptr;
+  std::unique_ptr<TableFile> table(new TableFile(path, material));
+  if (!table->readIndex(material)) return nullptr;
+  return table;
 }
 
-bool writeTable(const std::string& directory, const Material& material, const Layout& layout,
-                std::span<const std::uint8_t> values) {
-  const std::vector<std::byte> data = pack(values);
-  const Header header = makeHeader(material, layout, data);
-  const std::string path = tablePath(directory, material);
+bool TableFile::readIndex(const Material& material) {
+  if (!file_.isOpen()) return false;
+  Header header;
+  const std::uint32_t count = blockCount(grid_);
+  data_ = sizeof header + std::uint64_t{count} * sizeof(Entry);
+  if (file_.size() < data_ || !file_.read(0, std::as_writable_bytes(std::span(&header, 1)))) {
+    return false;
+  }
+  index_.resize(count);
+  const auto bytes = std::as_writable_bytes(std::span(index_));
+  if (!file_.read(sizeof header, bytes)) return false;
+  longestChain_ = static_cast<int>(header.longestChain);
+  const Header expected = headerOf(material, grid_, longestChain_, bytes);
+  if (std::memcmp(&header, &expected, sizeof header) != 0) return false;
+  checksum_ = header.checksum;
+  // What the checksum cannot tell: that whoever wrote the file knew how.
+  std::uint32_t last = 0;
+  for (const Entry& entry : index_) {
+    if (entry.end < last || entry.end - last > largestPacked()) return false;
+    last = entry.end;
+  }
+  return file_.size() == data_ + last;
+}
+
+bool TableFile::read(std::uint32_t number, Block& block) const {
+  const std::uint32_t begin = number == 0 ? 0 : index_[number - 1].end;
+  const auto [end, sum] = index_[number];
+  thread_local std::vector<std::byte> bytes;
+  bytes.resize(end - begin);
+  return file_.read(data_ + begin, bytes) && bitbases::checksum(bytes, number) == sum &&
+         unpack(bytes, block);
+}
+
+bool TableFile::isWhole() const {
+  Block block;
+  for (std::uint32_t number = 0; number < blocks(); ++number) {
+    if (!read(number, block)) return false;
+  }
+  return true;
+}
+
+TableWriter::TableWriter(const Material& material, int longestChain)
+    : material_(material), longestChain_(longestChain), blocks_(blockCount(Grid(material))) {}
+
+bool TableWriter::write(const std::string& directory) const {
+  std::vector<TableFile::Entry> index;
+  std::uint32_t end = 0;
+  for (const std::vector<std::byte>& block : blocks_) {
+    end += static_cast<std::uint32_t>(block.size());
+    index.push_back({end, checksum(block, index.size())});
+  }
+  const auto indexBytes = std::as_bytes(std::span(index));
+  const Header header = headerOf(material_, Grid(material_), longestChain_, indexBytes);
+  const std::string path = tablePath(directory, material_);
   const std::string unfinished = path + ".part";
   std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);
-  file.write(reinterpret_cast<const char*>(&header), sizeof header);
-  file.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
+  const auto put = [&file](std::span<const std::byte> bytes) {
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+  };
+  put(std::as_bytes(std::span(&header, 1)));
+  put(indexBytes);
+  for (const std::vector<std::byte>& block : blocks_) put(block);
   file.close();
   std::error_code error;
   if (file.good()) std::filesystem::rename(unfinished, path, error);

@@ -2,16 +2,20 @@
 // library.
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <iterator>
 #include <memory>
 #include <vector>
 
+#include "../bitbases/moves.h"
 #include "../bitbases/table_file.h"
 #include "../bitbases/table_set.h"
 #include "scratch_directory.h"
+#include "table_pattern.h"
 
 extern "C" {
 void load_egbb_5men(const char* directory, int cacheBytes, int mode);
+void log_egbb_5men(void (*function)(const char* line));
 int probe_egbb_5men(int side, int whiteKing, int blackKing, int piece1, int square1, int piece2,
                     int square2, int piece3, int square3);
 }
@@ -48,16 +52,6 @@ std::string readFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A whole file with the input's values in turn, from 0 to 3, of which 3 is none.
-std::string wholeFile(const ScratchDirectory& scratch, const bitbases::Material& material,
-                      std::uint32_t pattern) {
-  const bitbases::Layout layout(material);
-  std::vector<std::uint8_t> values(layout.size());
-  for (std::size_t i = 0; i < values.size(); ++i) values[i] = pattern >> (2 * (i % 16)) & 3;
-  require(writeTable(scratch.path(), material, layout, values), "a table can be written");
-  return readFile(tablePath(scratch.path(), material));
-}
-
 void damage(std::string& file, Bytes& bytes) {
   for (int count = bytes.next() % 4; count > 0 && !file.empty(); --count) {
     // Headers are 48 bytes.
@@ -85,25 +79,35 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (isRaw) {
     file = bytes.rest();
   } else {
-    file = wholeFile(scratch, material, bytes.nextWord());
+    const std::uint64_t won = bytes.nextWord();
+    writePattern(scratch.path(), material, won, bytes.nextWord());
+    file = readFile(tablePath(scratch.path(), material));
     damage(file, bytes);
   }
   scratch.write(std::string_view(tablePath("", material)), file);
 
-  const bitbases::Layout layout(material);
-  const auto table = tableData(std::as_bytes(std::span(file)), material, layout);
+  static int reports;
+  reports = 0;
+  const auto set =
+      std::make_unique<bitbases::TableSet>([](const std::string& /*path*/) { ++reports; });
+  set->setCache(0);
+  const auto table = bitbases::TableFile::open(scratch.path(), material);
+  const bool isWhole = table && table->isWhole();
+  require(set->add(scratch.path(), material) == (table != nullptr), "a file is held or refused");
   if (table) {
-    for (std::uint64_t i = 0; i < layout.size(); i += 97) {
-      require(bitbases::valueAt(table->data(), i) <= bitbases::LOSS,
-              "a whole table has values only");
+    for (std::uint32_t word = 0; word < table->grid().words(); word += 97) {
+      bitbases::Position position = table->grid().frame(word);
+      position.king[1] = static_cast<int>(word % 64);
+      const int men = std::popcount(occupied(position));
+      if (men < material.men() || !isLegal(position)) continue;
+      require(set->value(position) || !isWhole, "a whole table has values");
     }
-  } else {
-    const auto set = std::make_unique<bitbases::TableSet>();
-    require(!set->add(scratch.path(), material), "a damaged file is refused");
-    require(!set->holds(material), "and not held");
   }
+  require(reports <= 1 && (!isWhole || reports == 0), "damage is told once");
+  require(set->holds(material) == (table && reports == 0), "and ends a table");
 
   // What the library once holds it keeps.
+  log_egbb_5men([](const char*) {});
   load_egbb_5men(scratch.path().c_str(), 0, 1);
   for (int count = 0; count < 16 && !bytes.atEnd(); ++count) {
     std::array<int, 9> query;

@@ -1,6 +1,5 @@
 // The engine's side of the bitbases, with a whole library whose tables hold a pattern, in any
 // position: what is found does not know colours, and only small positions are found.
-#include "../bitbases/table_file.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/move_generation.h"
@@ -9,6 +8,7 @@
 #include "scratch_directory.h"
 #include "support/mirrored_board.h"
 #include "support/random_positions.h"
+#include "table_pattern.h"
 
 using namespace ombrin;
 
@@ -22,10 +22,7 @@ struct Tables {
   Tables() {
     std::filesystem::create_symlink(OMBRIN_BITBASE_LIBRARY, scratch.pathOf("egbbdll.dll"));
     for (const bitbases::Material& material : bitbases::materialsOf(3)) {
-      const bitbases::Layout layout(material);
-      std::vector<std::uint8_t> values(layout.size());
-      for (std::size_t i = 0; i < values.size(); ++i) values[i] = i % 3;
-      require(writeTable(scratch.path(), material, layout, values), "a table can be written");
+      writePattern(scratch.path(), material, 0x9249249249249249, 0x2492492492492493);
     }
     require(bitbases.open(scratch.path()), "the library is there");
     require(bitbases.load(Bitbases::DEFAULT_CACHE_MB), "and loads its tables");

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Makes endgame bitbases that the engine can use, the library and its tables, in a directory:
 #
-#   scripts/make-bitbases.sh DIR [MATERIAL ...]
+#   scripts/make-bitbases.sh DIR [3|4|5|MATERIAL ...] [--verify] [--threads N]
 #
-# Without a material, the tables of all endings of three and four men; else of those named (such as
-# KBNK or KRPKR) and of what these rest on. Tables that are there already are kept.
+# All endings of up to three, four (unless it is said) or five men, or those named (such as KBNK or
+# KRPKR) and what these rest on. Tables that are there already are kept, so that a run that was
+# killed is taken up again. With --verify every position of the tables asked for is checked, too.
 set -euo pipefail
 
 if [ $# -eq 0 ] || [ "${1#-}" != "$1" ]; then
@@ -16,9 +17,19 @@ directory=$(cd "$1" && pwd)
 shift
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 
+source scripts/packages.sh
+need_program g++ g++
+need_program cmake cmake
+need_program ninja ninja-build
+install_missing
+need_header zstd.h libzstd-dev
+install_missing
+
 build=build/release
 if [ ! -f $build/build.ninja ]; then
   cmake --preset release -DOMBRIN_TESTS=OFF -DOMBRIN_BENCH=OFF >/dev/null
+else
+  cmake --preset release >/dev/null  # zstd may be new
 fi
 cmake --build $build --target egbbdll bitbase_generator
 

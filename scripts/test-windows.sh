@@ -51,21 +51,26 @@ for system in native windows; do
 done
 same "nodes, scores and moves of searches"
 
+# There are bitbases where there is a library to compress them with.
+has_bitbases=
+[ ! -f "$windows/bitbases/egbbdll.dll" ] || has_bitbases=1
 for system in native windows; do
+  mkdir "$work/$system"
+  cd "$work/$system"
+  echo search.nthreads=1 >ombrin.ini
+  [ -n "$has_bitbases" ] || continue
   generator=$native/bitbases/ombrin-bitbases
   library=$native/bitbases/egbbdll.dll
   if [ "$system" = windows ]; then
     generator=$work/ombrin-bitbases
     library=$windows/bitbases/egbbdll.dll
   fi
-  mkdir "$work/$system"
-  cd "$work/$system"
-  "$generator" bitbases KPK KQK KRK KBK KNK >/dev/null
+  "$generator" bitbases 3 >/dev/null
   sha256sum bitbases/*.wdl >"$work/$system.txt"
   cp "$library" bitbases
-  printf 'egbb.dir=bitbases\nsearch.nthreads=1\n' >ombrin.ini
+  echo egbb.dir=bitbases >>ombrin.ini
 done
-same "bitbases"
+[ -z "$has_bitbases" ] || same "bitbases"
 
 # What the console's "g" searches is over before it reads on.
 cat >"$work/session" <<'EOF'
@@ -88,8 +93,8 @@ for system in native windows; do
   "$program" <"$work/session" |
     sed -nE 's/^(% )*//; s/ +[0-9]+\.[0-9]{3} / /; /^(perft .=|egbb|EGBB|eval=| *\[)/p' >"$work/$system.txt"
 done
-grep -q '^egbb.3men=1' "$work/windows.txt"
-same "perft counts and bitbase answers"
+[ -z "$has_bitbases" ] || grep -q '^egbb.3men=1' "$work/windows.txt"
+same "perft counts${has_bitbases:+ and bitbase answers}"
 cd "$work"
 OMBRIN_TESTED_PROGRAM=$work/ombrin "$tests/program_test" --gtest_brief=1 --gtest_filter="-*EndRequest*"
 for protocol in uci xboard; do

@@ -5,6 +5,7 @@
 
 #include "egbb/win_score.h"
 #include "util/file_system.h"
+#include "util/log.h"
 #include "util/print.h"
 
 namespace ombrin {
@@ -24,6 +25,12 @@ constexpr int BLACK_PAWN = 12;
 constexpr int MOST_MEN = 5;
 constexpr int MEGABYTE = 1048576;
 constexpr int MOST_CACHE_MB = 2047;  // the number of bytes is an int
+
+constexpr LogChannel LOG{"egbb"};
+
+void logLine(const char* line) {
+  logWarn(LOG, "%s\n", line);
+}
 
 struct Pair {
   int code = 0;
@@ -71,6 +78,8 @@ bool Bitbases::open(std::string_view directory) {
     print(stdout, "EGBB: 5men probe not supported\n");
     return false;
   }
+  // Our own library has this as well.
+  if (auto* setLog = library_.function<SetLogFunction>("log_egbb_5men")) setLog(logLine);
   maxMen_ = MOST_MEN;
   return true;
 }

@@ -36,6 +36,7 @@ class Bitbases {
 
  private:
   using LoadFunction = void(const char*, int, int);
+  using SetLogFunction = void(void (*)(const char*));
   using ProbeFunction = int(int, int, int, int, int, int, int, int, int);
 
   std::string directory_;

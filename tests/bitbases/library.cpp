@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "temporary_directory.h"
 
@@ -21,6 +22,9 @@ std::string workPath(const std::string& name) {
   static const TemporaryDirectory DIRECTORY;
   return DIRECTORY.path() / name;
 }
+
+// One for all libraries: a function that is told something knows not by which.
+std::vector<std::string> lines;
 
 }  // namespace
 
@@ -57,6 +61,13 @@ Library::Library(const std::string& directory) {
   EXPECT_NE(handle, nullptr) << dlerror();
   load_ = reinterpret_cast<decltype(load_)>(dlsym(handle, "load_egbb_5men"));
   probe_ = reinterpret_cast<decltype(probe_)>(dlsym(handle, "probe_egbb_5men"));
+  const auto setLog =
+      reinterpret_cast<void (*)(void (*)(const char*))>(dlsym(handle, "log_egbb_5men"));
+  setLog([](const char* line) { lines.emplace_back(line); });
+}
+
+std::vector<std::string> Library::takeLog() const {
+  return std::exchange(lines, {});
 }
 
 int Library::probe(const Query& query) const {

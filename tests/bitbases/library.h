@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bitbase_test {
 
@@ -28,6 +29,8 @@ class Library {
   void load(const std::string& directory) const { load_(directory.c_str(), 16 << 20, 1); }
   int probe(const Query& query) const;
   int probe(std::string_view fen) const { return probe(Query::of(fen)); }
+  // What it has told its log since the last call.
+  std::vector<std::string> takeLog() const;
 
  private:
   void (*load_)(const char*, int, int) = nullptr;

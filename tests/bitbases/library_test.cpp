@@ -80,6 +80,46 @@ TEST(Library, TreatsDamagedTablesAsNotHeld) {
   }
 }
 
+// The file is open: what happens to it must not harm, and is told once.
+TEST(Library, OutlivesAFileThatShrinks) {
+  const std::string directory = makeDirectory("shrinking");
+  const Library library(directory);
+  const std::string path = directory + "/krk.wdl";
+  fs::copy_file(tables() + "/krk.wdl", path);
+  fs::copy_file(tables() + "/kqk.wdl", directory + "/kqk.wdl");
+  library.load(directory);
+  library.takeLog();
+  fs::resize_file(path, 100);
+  fs::remove(directory + "/kqk.wdl");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(library.probe(KRK), NOT_HELD);
+  EXPECT_GT(library.probe(KQK), 0) << "a file without a name has its data";
+  const std::vector<std::string> log = library.takeLog();
+  ASSERT_EQ(log.size(), 1U);
+  EXPECT_NE(log.front().find(path), std::string::npos) << log.front();
+}
+
+// Programs ask for KPK, KPPK and KPPKP to find out what there is.
+TEST(Library, ServesWhatIsThere) {
+  const std::string directory = makeDirectory("some");
+  const Library library(directory);
+  constexpr const char* SAMPLES[] = {"7k/8/8/8/8/P7/8/K7 w", "7k/8/8/8/8/PP6/8/K7 w",
+                                     "7k/7p/8/8/8/PP6/8/K7 w"};
+  fs::copy_file(tables() + "/krk.wdl", directory + "/krk.wdl");
+  library.takeLog();
+  library.load(directory);
+  const std::vector<std::string> log = library.takeLog();
+  ASSERT_EQ(log.size(), 1U);
+  EXPECT_NE(log.front().find("KQK, KBK, KNK, KPK"), std::string::npos) << log.front();
+  EXPECT_GT(library.probe(SAMPLES[0]), 0);
+  EXPECT_EQ(library.probe(SAMPLES[1]), NOT_HELD);
+  EXPECT_EQ(library.probe("7k/8/8/8/8/1P6/8/K7 w"), NOT_HELD);
+  library.load(tables());
+  EXPECT_GT(library.probe(SAMPLES[0]), 0);
+  EXPECT_GT(library.probe(SAMPLES[1]), 0);
+  EXPECT_EQ(library.probe(SAMPLES[2]), NOT_HELD);
+  library.takeLog();
+}
+
 class ProbeTest : public testing::Test {
  protected:
   ProbeTest() : library_(makeDirectory("probe")) { library_.load(tables()); }
@@ -177,15 +217,23 @@ TEST_F(ProbeTest, AnswersManyThreadsAtOnce) {
 TEST(Generator, ExplainsItselfAndReportsFailure) {
   EXPECT_EQ(generate("2> /dev/null"), "failed\n");
   EXPECT_EQ(generate("/tmp KXK 2> /dev/null"), "failed\n");
+  EXPECT_EQ(generate("/tmp 6 2> /dev/null"), "failed\n");
   EXPECT_EQ(generate("--threads 0 /tmp KQK 2> /dev/null"), "failed\n");
   EXPECT_NE(generate("/dev/null/nowhere KQK").find("failed"), std::string::npos);
 }
 
-TEST(Generator, MakesADamagedTableAnew) {
+// As after it was killed: an unfinished file, a damaged table, one that is missing.
+TEST(Generator, MakesOnlyWhatIsMissing) {
   const std::string directory = makeDirectory("anew");
   generate(directory + " KPK");
   fs::resize_file(directory + "/krk.wdl", 100);
-  EXPECT_NE(generate(directory + " KPK").find("KRK"), std::string::npos);
+  fs::remove(directory + "/kqk.wdl");
+  std::ofstream(directory + "/kqk.wdl.part") << "EGBB";
+  const std::string again = generate(directory + " KPK");
+  EXPECT_NE(again.find("KRK"), std::string::npos);
+  EXPECT_NE(again.find("KQK"), std::string::npos);
+  EXPECT_EQ(again.find("KBK"), std::string::npos);
+  EXPECT_FALSE(fs::exists(directory + "/kqk.wdl.part"));
   EXPECT_EQ(generate(directory + " KPK").find("KRK"), std::string::npos);
 }
 
