@@ -94,6 +94,7 @@ class Workshop {
       : options_(options),
         store_(options.directory, options.threads),
         tables_(std::make_unique<TableSet>(reportDamage)),
+        verifier_(*tables_, options.threads),
         record_(options.directory) {
     for (const Material& material : options.materials) addWithSuccessors(order_, material);
     tables_->setCache(CACHE);
@@ -156,7 +157,7 @@ class Workshop {
     if (!file) return false;
     if (record_.has(material, *file)) return true;
     const Stopwatch stopwatch;
-    const Totals totals = verify(material, *tables_, options_.threads);
+    const Totals totals = verifier_.verify(material);
     if (totals.wrong != 0) {
       std::printf("%s: %llu positions are wrong\n", label_.c_str(),
                   static_cast<unsigned long long>(totals.wrong));
@@ -169,6 +170,7 @@ class Workshop {
   const Options& options_;
   TableStore store_;
   std::unique_ptr<TableSet> tables_;
+  Verifier verifier_;
   Record record_;
   std::vector<Material> order_;
   std::unique_ptr<WorkProgress> progress_;

@@ -1,7 +1,10 @@
 #include "packing.h"
 
 #include <algorithm>
-#include <span>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "frame_sets.h"
 #include "leaving_moves.h"
@@ -17,13 +20,83 @@ struct Draft {
   Block matters;
 };
 
-void fill(std::span<Squares> values, std::span<const Squares> matters) {
-  Squares last = 0;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    values[i] = (values[i] & matters[i]) | (last & ~matters[i]);
-    last = values[i];
+// Gives the values that do not matter to repetitions: the longest that begin at each byte, of what
+// stands some words before, because that is what compresses.
+class Filler {
+ public:
+  explicit Filler(Draft& draft)
+      : values_(reinterpret_cast<std::uint8_t*>(&draft.values)),
+        matters_(reinterpret_cast<const std::uint8_t*>(&draft.matters)) {}
+
+  void fill() {
+    for (std::size_t i = 0; i < sizeof(Squares); ++i) values_[i] &= matters_[i];
+    for (std::size_t i = sizeof(Squares); i < SIZE;) {
+      const auto [distance, length] = longestRepetition(i);
+      if (length >= SHORTEST) {
+        for (std::size_t n = 0; n < length; ++n, ++i) values_[i] = values_[i - distance];
+      } else {
+        const int above = values_[i - sizeof(Squares)] & ~matters_[i];
+        values_[i] = static_cast<std::uint8_t>((values_[i] & matters_[i]) | above);
+        ++i;
+      }
+    }
   }
-}
+
+ private:
+  static constexpr std::size_t SIZE = sizeof(Block);
+  static constexpr std::size_t SHORTEST = 3;  // that is worth it
+
+  struct Repetition {
+    std::size_t distance;
+    std::size_t length;
+  };
+
+  // Which is of a man on another square of the same rank or of one of the next ranks, and then of
+  // another man.
+  Repetition longestRepetition(std::size_t begin) const {
+    Repetition longest{0, 0};
+    const auto attempt = [&](std::size_t words) {
+      const std::size_t distance = words * sizeof(Squares);
+      if (distance > begin) return;
+      const std::size_t length = repetition(begin, distance);
+      if (length > longest.length) longest = {distance, length};
+    };
+    for (std::size_t words = 1; words <= 64; ++words) attempt(words);
+    for (std::size_t words = 128; words <= Block::WORDS; words += 64) attempt(words);
+    return longest;
+  }
+
+  // How many bytes can be copies of those at a distance before them.
+  std::size_t repetition(std::size_t begin, std::size_t distance) const {
+    std::size_t length = 0;
+    const std::uint8_t* const source = values_ + begin - distance;
+    // What is copied may be copied on.
+    for (; length + sizeof(Squares) <= std::min(distance, SIZE - begin);
+         length += sizeof(Squares)) {
+      const Squares differing = (wordAt(source + length) ^ wordAt(values_ + begin + length)) &
+                                wordAt(matters_ + begin + length);
+      if (differing != 0) {
+        return length + static_cast<std::size_t>(std::countr_zero(differing)) / 8;
+      }
+    }
+    while (begin + length < SIZE) {
+      const int differing =
+          (source[length % distance] ^ values_[begin + length]) & matters_[begin + length];
+      if (differing != 0) break;
+      ++length;
+    }
+    return length;
+  }
+
+  static Squares wordAt(const std::uint8_t* bytes) {
+    Squares word;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+  }
+
+  std::uint8_t* values_;
+  const std::uint8_t* matters_;
+};
 
 }  // namespace
 
@@ -48,8 +121,7 @@ void pack(const FullTable& table, const TableSource& source, int threads, TableW
       draft.matters.won[word - begin] = legal & ~captures.won;
       draft.matters.lost[word - begin] = legal & ~captures.saved & ~won;
     }
-    fill(draft.values.won, draft.matters.won);
-    fill(draft.values.lost, draft.matters.lost);
+    Filler(draft).fill();
     writer.set(number, packed(draft.values));
   });
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <memory>
 
 #include "material.h"
 #include "table_set.h"
@@ -19,7 +21,25 @@ struct Totals {
 };
 
 // Looks up every position of a table as anyone does who uses it, and checks it by its moves, one
-// step ahead. The table and those of the material's successors must be held.
-Totals verify(const Material& material, const TableSet& tables, int threads);
+// step ahead, in its own way: nothing but the geometry of the board is the solver's, too.
+class Verifier {
+ public:
+  Verifier(const TableSet& tables, int threads);
+  ~Verifier();
+
+  // The table and those of the material's successors must be held.
+  Totals verify(const Material& material);
+
+ private:
+  class Values;
+  class Checker;
+
+  const Values& capturedTo(const Position& sorted);
+
+  const TableSet& tables_;
+  int threads_;
+  // Of at most four men, by number, once they have been needed.
+  std::map<int, std::unique_ptr<const Values>> values_;
+};
 
 }  // namespace bitbases
