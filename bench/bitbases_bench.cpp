@@ -64,6 +64,8 @@ BENCHMARK_CAPTURE(probePositions, KPK, "8/8/8/3k4/8/8/P7/K7 w - -");
 BENCHMARK_CAPTURE(probePositions, KQKR, "8/8/3r4/3k4/8/8/8/KQ6 w - -");
 BENCHMARK_CAPTURE(probePositions, KBNK, "8/8/8/3k4/8/8/8/KBN5 w - -");
 BENCHMARK_CAPTURE(probePositions, KRKP, "8/2p5/8/3k4/8/8/8/KR6 w - -");
+BENCHMARK_CAPTURE(probePositions, KRBKR, "8/8/3r4/3k4/8/8/8/KRB5 w - -");
+BENCHMARK_CAPTURE(probePositions, KRPKR, "8/8/3r4/3k4/8/8/P7/KR6 w - -");
 
 }  // namespace
 }  // namespace ombrin

@@ -74,7 +74,7 @@ struct Position {
   constexpr void add(Man man) { slots[static_cast<std::size_t>(count++)] = man; }
   constexpr void remove(int slot) {
     --count;
-    for (int i = slot; i < count; ++i) slots[i] = slots[i + 1];
+    for (int i = slot; i < count && i + 1 < MAX_MEN; ++i) slots[i] = slots[i + 1];
   }
 };
 

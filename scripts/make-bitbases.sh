@@ -29,7 +29,7 @@ build=build/release
 if [ ! -f $build/build.ninja ]; then
   cmake --preset release -DOMBRIN_TESTS=OFF -DOMBRIN_BENCH=OFF >/dev/null
 else
-  cmake --preset release >/dev/null  # zstd may be new
+  cmake $build >/dev/null  # zstd may be new
 fi
 cmake --build $build --target egbbdll bitbase_generator
 
