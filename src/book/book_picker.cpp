@@ -12,21 +12,29 @@ Move BookPicker::pick() {
 }
 
 Move BookPicker::pick(double drawn) {
-  const Board& board = book_.board();
-  if (settings_.maxply != 0 && static_cast<std::int64_t>(board.gamePly()) > settings_.maxply) {
-    return NULL_MOVE;
-  }
-  const int count = book_.readMoves();
-  if (count == 0) return NULL_MOVE;
-  std::array<double, BookFile::MAX_MOVES_READ> probabilities;
-  weigh(count, probabilities, board.side);
   double sum = 0;
-  for (int index = 0; index < count; ++index) {
-    if (probabilities[index] == 0) continue;
-    sum += probabilities[index];
-    if (drawn <= sum) return parseMove(book_.board(), moveText(book_.move(index + 1)));
+  for (const Choice& choice : choices()) {
+    sum += choice.probability;
+    if (drawn <= sum) return choice.move;
   }
   return NULL_MOVE;
+}
+
+std::vector<BookPicker::Choice> BookPicker::choices() {
+  const Board& board = book_.board();
+  if (settings_.maxply != 0 && static_cast<std::int64_t>(board.gamePly()) > settings_.maxply) {
+    return {};
+  }
+  const int count = book_.readMoves();
+  if (count == 0) return {};
+  std::array<double, BookFile::MAX_MOVES_READ> probabilities;
+  weigh(count, probabilities, board.side);
+  std::vector<Choice> found;
+  for (int index = 0; index < count; ++index) {
+    if (probabilities[index] == 0) continue;
+    found.push_back({parseMove(board, moveText(book_.move(index + 1))), probabilities[index]});
+  }
+  return found;
 }
 
 void BookPicker::weigh(int count, std::span<double> probabilities, Color side) {

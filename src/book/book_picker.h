@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "board/move.h"
 #include "book/book_file.h"
@@ -28,6 +29,14 @@ class BookPicker {
   Move pick();
   // pick() with the number drawn, from 0 up to, not including, 1.
   Move pick(double drawn);
+
+  // A move that may be picked: legal, or null when the book's move does not fit the position.
+  struct Choice {
+    Move move;
+    double probability;
+  };
+  // What pick() draws from, in the book's order; nothing when it would give nothing.
+  std::vector<Choice> choices();
 
   // Prints the moves of the position with their numbers to standard output.
   void show();

@@ -42,12 +42,12 @@ const WinboardFrontEnd::Command WinboardFrontEnd::COMMANDS[] = {
     {"draw", &WinboardFrontEnd::ignore},       {"result", &WinboardFrontEnd::stop},
     {"easy", &WinboardFrontEnd::easy},         {"hard", &WinboardFrontEnd::hard},
     {"post", &WinboardFrontEnd::post},         {"nopost", &WinboardFrontEnd::noPost},
-    {"analyze", &WinboardFrontEnd::analyze},   {".", &WinboardFrontEnd::ignore},
+    {"analyze", &WinboardFrontEnd::analyze},   {".", &WinboardFrontEnd::tellProgress},
     {"exit", &WinboardFrontEnd::exitAnalysis}, {"pause", &WinboardFrontEnd::pause},
     {"resume", &WinboardFrontEnd::resume},     {"name", &WinboardFrontEnd::ignore},
     {"rating", &WinboardFrontEnd::ignore},     {"ics", &WinboardFrontEnd::ignore},
     {"computer", &WinboardFrontEnd::ignore},   {"random", &WinboardFrontEnd::ignore},
-    {"bk", &WinboardFrontEnd::ignore},         {"hint", &WinboardFrontEnd::ignore},
+    {"bk", &WinboardFrontEnd::listBookMoves},  {"hint", &WinboardFrontEnd::hint},
     {"quit", &WinboardFrontEnd::quit},         {"cores", &WinboardFrontEnd::smp},
 };
 
@@ -155,6 +155,7 @@ void WinboardFrontEnd::newGame() {
   control_.search().makeReady();
   game_.returnToBook();
   game_.setUp(START_FEN);
+  lastAnswer_.reset();
   engineSide_ = BLACK;
   paused_ = false;
   depthLimit_ = 0;
@@ -173,6 +174,7 @@ void WinboardFrontEnd::variant() {
 
 void WinboardFrontEnd::setBoard() {
   stop();
+  lastAnswer_.reset();
   if (!reportRefusal(game_.setUp(tokens_.rest().view()))) send("tellusererror Illegal position\n");
   restartAnalysis();
 }

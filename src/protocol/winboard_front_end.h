@@ -44,7 +44,8 @@ namespace ombrin {
 //    thinking on to the command thread, so that the ponderhit never meets the search after the one
 //    it was meant for.
 //
-// Only what thinking lines need is touched outside the game lock, and is atomic.
+// Only what thinking lines and progress need is touched outside the game lock; it is atomic or has
+// a lock of its own.
 class WinboardFrontEnd final : public SearchObserver {
  public:
   struct Settings {
@@ -67,6 +68,7 @@ class WinboardFrontEnd final : public SearchObserver {
 
   void finished(const SearchReport& report) override;
   void reportBestLine(const SearchReport& report) override;
+  void reportCurrentMove(const RootMoveReport& report) override;
 
  private:
   static constexpr int NO_SIDE = -1;  // force mode
@@ -74,6 +76,11 @@ class WinboardFrontEnd final : public SearchObserver {
   struct Command {
     std::string_view word;
     void (WinboardFrontEnd::*handle)();
+  };
+  // What the engine's last searched move came with.
+  struct Answer {
+    Game::Place place;  // behind the move
+    Move expected;      // the reply; may be null
   };
   enum class Caller { COMMAND_THREAD, SEARCH_THREAD };
 
@@ -109,6 +116,9 @@ class WinboardFrontEnd final : public SearchObserver {
   void pause();
   void resume();
   void quit();
+  void hint();
+  void listBookMoves();
+  void tellProgress();
 
   void redirectLog();
   std::optional<int> numberArgument(int absent);
@@ -126,6 +136,9 @@ class WinboardFrontEnd final : public SearchObserver {
 
   // The move as a word of the game board; a search knows it as one of its own board.
   Move onGameBoard(Move move);
+  // Uses the game as the GUI knows it: without the reply that is pondered on.
+  template <typename Use>
+  void useWithoutPonderMove(Use use);
   void takeBackForUser();
 
   void send(const char* format, ...) OMBRIN_PRINTF_FORMAT(2, 3);
@@ -146,6 +159,8 @@ class WinboardFrontEnd final : public SearchObserver {
   WinboardLog log_;
   ReportThrottle throttle_;  // search thread; reset before it starts
   std::atomic<bool> post_ = false;
+  std::mutex progressLock_;  // guards progress_, which the search thread writes
+  RootMoveReport progress_;
   // What the lines of a ponder search start behind. Search thread; set before it starts.
   Move ponderedMove_;
 
@@ -155,7 +170,9 @@ class WinboardFrontEnd final : public SearchObserver {
   bool paused_ = false;
   int engineSide_ = WHITE;
   int sideBeforeAnalysis_ = WHITE;
-  Game::Place searched_{};  // where the last search began
+  Game::Place searched_{};         // where the last search began
+  std::uint64_t searchStart_ = 0;  // tickCount() then
+  std::optional<Answer> lastAnswer_;
   bool duringPonderhit_ = false;
   bool thinkAfterPonderhit_ = false;
 

@@ -3,6 +3,7 @@
 
 #include "board/display.h"
 #include "board/notation.h"
+#include "platform/tick.h"
 #include "protocol/winboard_front_end.h"
 #include "protocol/winboard_lines.h"
 #include "util/log.h"
@@ -93,6 +94,11 @@ void WinboardFrontEnd::startThinking(Caller caller, WinboardStatus status, bool 
   ponderedMove_ = game_.ponderMove();
   limits_ = limits(infinite);
   throttle_.reset();
+  searchStart_ = tickCount();
+  {
+    const std::lock_guard lock(progressLock_);
+    progress_ = {};
+  }
   note("go()...");
   if (caller == Caller::SEARCH_THREAD) {
     control_.searchNext(game_.board(), limits_, *this);
@@ -174,6 +180,7 @@ void WinboardFrontEnd::answer(Caller caller, const SearchReport& report) {
   }
   const Move move = onGameBoard(report.bestMove);
   if (game_.play(move).isNull()) return;
+  lastAnswer_ = {game_.place(), report.ponderMove()};
   send("move %s\n", moveToCoordinates(move).c_str());
   if (report.score >= Score::mateIn(1)) {
     announceWin(side);

@@ -134,8 +134,9 @@ TEST_F(Books, PlayUnderUci) {
 
 TEST_F(Books, PlayUnderWinboard) {
   build();
-  session_.send("xboard");
+  session_.askWinboard("xboard");
   session_.send("new");
+  EXPECT_EQ(joined(session_.askWinboard("bk")), " g1f3 100.0%\n\n");
   session_.send("sd 1");
   session_.send("usermove g1f3");
   EXPECT_EQ(session_.waitFor("move "), "move b8c6");

@@ -334,6 +334,10 @@ TEST_F(Winboard, Analyses) {
     }
   };
   EXPECT_TRUE(analysed("12"));
+  const Lines progress = ask(".");
+  EXPECT_TRUE(std::any_of(progress.begin(), progress.end(), [](const std::string& line) {
+    return matches(line, R"(stat01: \d+ \d+ [1-9]\d* 1?\d 20 [a-h][12][a-h][34])");
+  })) << joined(progress);
   send("usermove e2e4");
   EXPECT_TRUE(analysed("78"));
   send("undo");
@@ -347,6 +351,26 @@ TEST_F(Winboard, Analyses) {
   ask("");
   EXPECT_EQ(ask("usermove e2e4").size(), 0U);
   EXPECT_EQ(ask("usermove e7e5").size(), 0U);
+}
+
+TEST_F(Winboard, HintsAtTheReplyThatItExpects) {
+  newGame();
+  EXPECT_TRUE(ask("hint").empty());
+  send("sd 4");
+  for (const char* pondering : {"easy", "hard"}) {
+    send(pondering);
+    send("go");
+    engineMove();
+    const std::string hint = joined(ask("hint"));
+    ASSERT_TRUE(hint.starts_with("Hint: ")) << pondering;
+    const std::string reply = hint.substr(6, hint.size() - 7);
+    EXPECT_TRUE(contains(legalTexts(), reply)) << reply;
+    // The expected reply is not on the board yet.
+    EXPECT_EQ(joined(ask("hint")), hint);
+    send("force");
+    EXPECT_TRUE(ask("usermove " + reply).empty());
+    play(reply);
+  }
 }
 
 TEST_F(Winboard, PausesAndResumes) {
