@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "book/book_sort.h"
-#include "util/prefetch.h"
+#include "platform/instructions.h"
 #include "util/print.h"
 
 namespace ombrin {

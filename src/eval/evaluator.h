@@ -8,7 +8,7 @@
 #include "eval/evaluation_breakdown.h"
 #include "eval/material_table.h"
 #include "eval/pawn_hash.h"
-#include "util/prefetch.h"
+#include "platform/instructions.h"
 
 namespace ombrin {
 

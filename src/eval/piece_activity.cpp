@@ -8,6 +8,7 @@
 #include "eval/king_piece_table.h"
 #include "eval/phase_score.h"
 #include "eval/square_table.h"
+#include "platform/instructions.h"
 
 namespace ombrin {
 
@@ -314,15 +315,10 @@ using Forces = std::array<std::uint8_t, 2>;
           walk<BLACK>(board, sets, entry, force[BLACK])};
 }
 
-// The walk counts squares all the time. Nearly every processor has an instruction for that, but a
-// program for all of them must ask for it before it uses it.
-#ifdef __POPCNT__
-constexpr bool CAN_COUNT = true;
-#else
-const bool CAN_COUNT = __builtin_cpu_supports("popcnt") != 0;
-#endif
+// The walk counts squares all the time.
+const bool CAN_COUNT = countsBits();
 
-[[gnu::target("popcnt"), gnu::flatten]] std::array<PieceActivity, 2> countingWalk(
+[[OMBRIN_COUNTS_BITS, gnu::flatten]] std::array<PieceActivity, 2> countingWalk(
     const Board& board, const PawnEntry& entry, const Forces& force) {
   return walkBoth(board, entry, force);
 }

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <thread>
 
+#include "platform/instructions.h"
+
 namespace ombrin {
 
 // What a thread does between two looks at something it waits for: it leaves the processor's
@@ -13,7 +15,7 @@ class SpinWait {
   void pause() {
     if (turns_ < PATIENCE) {
       ++turns_;
-      __builtin_ia32_pause();
+      pauseThread();
     } else {
       std::this_thread::yield();
     }

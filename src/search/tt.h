@@ -7,8 +7,8 @@
 #include "board/board.h"
 #include "board/make_move.h"
 #include "board/score.h"
+#include "platform/instructions.h"
 #include "search/counter.h"
-#include "util/prefetch.h"
 
 namespace ombrin {
 

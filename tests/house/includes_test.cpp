@@ -1,5 +1,5 @@
 // Keeps the picture of the house true: which folder may include which, no circles between files,
-// and the operating system behind one door.
+// and the operating system and the processor behind one door.
 
 #include <gtest/gtest.h>
 
@@ -113,12 +113,14 @@ Findings circles(const Sources& sources) {
   return findings;
 }
 
-Findings systemHeadersOutsidePlatform(const Sources& sources) {
+Findings systemsOutsidePlatform(const Sources& sources) {
   static const std::regex SYSTEM_HEADER(
       "<((sys|linux|asm|arpa|net|netinet)/.*"
       "|(aio|dirent|dlfcn|fcntl|glob|poll|pthread|sched|semaphore|spawn|strings|syslog|termios"
-      "|ucontext|unistd|direct|io|process|windows|winsock2?)\\.h)",
+      "|ucontext|unistd|direct|io|process|windows|winsock2?|\\w*intrin)\\.h)",
       std::regex::icase);
+  static const std::regex PROCESSOR(
+      R"(\basm\b|__builtin_(ia32|cpu)|gnu::target|__(x86|i386|arm|aarch|POPCNT|SSE|AVX|BMI))");
   Findings findings;
   for (const auto& [file, text] : sources) {
     if (folderOf(file) == "platform") continue;
@@ -126,6 +128,10 @@ Findings systemHeadersOutsidePlatform(const Sources& sources) {
       if (std::regex_match(include, SYSTEM_HEADER)) {
         findings.push_back(file + ": may not use " + include + ">");
       }
+    }
+    std::smatch found;
+    if (std::regex_search(text, found, PROCESSOR)) {
+      findings.push_back(file + ": may not use " + found.str());
     }
   }
   return findings;
@@ -136,7 +142,7 @@ TEST(House, IsInOrder) {
   ASSERT_GT(sources.size(), 30U);
   EXPECT_EQ(forbiddenArrows(sources), Findings());
   EXPECT_EQ(circles(sources), Findings());
-  EXPECT_EQ(systemHeadersOutsidePlatform(sources), Findings());
+  EXPECT_EQ(systemsOutsidePlatform(sources), Findings());
   EXPECT_EQ(arrowsIn("docs/architecture.md", R"(\n\| `(\w+)/` \|[^|]*\|([\w ]*)\|)"), MAY_USE);
 }
 
@@ -148,16 +154,17 @@ TEST(House, TheChecksFindWhatIsWrong) {
       {"eval/evaluator.h", "#include \"board/board.h\"\n"},
       {"util/a.h", " # include <unistd.h>\n#include <cstdio>\n#include \"b.h\"\n"},
       {"util/own.h", "#include \"util/own.h\"\n#include <sys/resource.h>\n"},
-      {"platform/tick.cpp", "#include <unistd.h>\n"},
+      {"util/wait.h", "void wait() { __builtin_ia32_pause(); }\n"},
+      {"platform/tick.cpp", "#include <unistd.h>\nvoid nap() { asm(\"nop\"); }\n"},
   };
   EXPECT_EQ(forbiddenArrows(crooked),
             (Findings{"attic/box.h: unknown folder", "board/board.h: may not use eval/evaluator.h",
                       "util/a.h: \"b.h\" is no file of src/"}));
   EXPECT_EQ(circles(crooked), (Findings{"board/board.h -> eval/evaluator.h -> board/board.h",
                                         "util/own.h -> util/own.h"}));
-  EXPECT_EQ(
-      systemHeadersOutsidePlatform(crooked),
-      (Findings{"util/a.h: may not use <unistd.h>", "util/own.h: may not use <sys/resource.h>"}));
+  EXPECT_EQ(systemsOutsidePlatform(crooked), (Findings{"util/a.h: may not use <unistd.h>",
+                                                       "util/own.h: may not use <sys/resource.h>",
+                                                       "util/wait.h: may not use __builtin_ia32"}));
 }
 
 }  // namespace
