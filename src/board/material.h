@@ -43,7 +43,7 @@ class Material {
   constexpr bool hasQueen() const { return (word_ & 0x0f000000) != 0; }
   // Enough to mate or promote by itself.
   constexpr bool hasPawnRookOrQueen() const { return (word_ & 0x0ff00f00) != 0; }
-  // Rooks, queens and pawns aside, do both have the same queens and rooks?
+  // Do both have as many rooks and as many queens, whatever else they have?
   constexpr bool sameMajors(Material other) const {
     return ((word_ ^ other.word_) & 0x0ff00000) == 0;
   }

@@ -13,7 +13,7 @@ struct CheckSteps {
   std::array<std::int8_t, 2> steps;
 };
 
-// Calls fill(difference, ranks, files) for every difference king - piece of two squares.
+// Asks fill(ranks, files) for every difference king - piece of two squares.
 template <typename Fill>
 consteval std::array<CheckSteps, 256> makeCheckSteps(Fill fill) {
   std::array<CheckSteps, 256> table{};
