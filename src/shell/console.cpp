@@ -37,6 +37,7 @@ const Console::Command Console::COMMANDS[] = {
     {{"quit", "q"}, "q(uit)          exit", &Console::quit},
     {{"logbook"}, nullptr, &Console::showBookStatistics},
     {{"loadbook"}, nullptr, &Console::loadBook},
+    {{"eval"}, nullptr, &Console::showEvaluation},
     {{"help", "h", "?"}, nullptr, &Console::help},
 };
 
@@ -64,6 +65,13 @@ bool isMoveNumber(std::string_view word) {
   }
   return !word.empty() && word.front() != '0' &&
          word.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// "1.e4" without its number.
+RefString withoutMoveNumber(const RefString& word) {
+  const std::size_t point = word.view().find_first_not_of("0123456789");
+  if (point == std::string_view::npos || point == 0 || word.view()[point] != '.') return word;
+  return RefString(word.view().substr(word.view().find_first_not_of('.', point)));
 }
 
 bool looksLikeMove(std::string_view word) {
@@ -160,7 +168,8 @@ void Console::playMoves(const RefString& command, const RefString& arguments) {
   bool lastWasMove = false;  // and nothing after it
   for (RefString word = command;; word = rest.nextToken()) {
     if (!word.empty() && !isMoveNumber(word.view())) {
-      lastWasMove = looksLikeMove(word.view()) && playMove(word);
+      const RefString text = withoutMoveNumber(word);
+      lastWasMove = looksLikeMove(text.view()) && playMove(text);
       if (!lastWasMove) break;
       moved = true;
     } else if (!word.empty()) {

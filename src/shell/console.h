@@ -68,6 +68,7 @@ class Console {
   void buildBook(const RefString& arguments);
   void mergeBooks(const RefString& arguments);
   void showBookStatistics(const RefString& arguments);
+  void showEvaluation(const RefString& arguments);
 
   void setOption(std::string_view name, std::string_view value);
   template <bool Console::*FLAG>

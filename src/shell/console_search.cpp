@@ -5,6 +5,7 @@
 #include "board/move_generation.h"
 #include "board/notation.h"
 #include "board/perft.h"
+#include "eval/evaluator.h"
 #include "platform/tick.h"
 #include "shell/console.h"
 #include "util/print.h"
@@ -74,13 +75,20 @@ void Console::countTree(const RefString& arguments) {
 
 void Console::listMoves(const RefString& /*arguments*/) {
   const Board& board = game_.board();
-  const MoveList moves = pseudoLegalMoves(board, board.lastMove());
+  const MoveList moves = legalMoves(board);
   print(stdout, "#moves = %i\n", static_cast<int>(moves.size()));
   for (const Move move : moves) {
     print(stdout, "%s ", moveToText(move).c_str());
-    if (!isMove(board, move)) print(stdout, "\n--!isMove()?!\n");
   }
   print(stdout, "\n");
+}
+
+void Console::showEvaluation(const RefString& /*arguments*/) {
+  Board board;
+  board.copyFrom(game_.board());
+  Evaluator evaluator(board);
+  evaluator.pawnHash().resize(PawnHash::FULL_SIZE);
+  printBreakdown(evaluator.breakdown(), stdout);
 }
 
 void Console::search(const RefString& arguments) {
