@@ -184,7 +184,10 @@ void BookBuild::sort() {
 
 void BookBuild::thin() {
   print(stdout, "filtering...\n");
-  thinPositions(table_, settings_, counters_);
+  {
+    Progress progress(table_.used(), Progress::NO_DOTS);
+    thinPositions(table_, settings_, counters_, progress);
+  }
   const std::int64_t dropped = counters_.droppedByKeeppct;
   print(stdout, "     -keep =%8lli  (%3.1f%%)\n", static_cast<long long>(dropped),
         moves_ == 0 ? 0.0 : static_cast<double>(-100 * dropped) / static_cast<double>(moves_));
@@ -203,7 +206,10 @@ bool BookBuild::save(BookOutput& output) {
   if (kind_ == BookKind::OBK) {
     return saveTable(table_, output, known_.elo ? BOOK_COUNTS | BOOK_ELO : +BOOK_COUNTS);
   }
-  weighPositions(table_, play_, known_);
+  {
+    Progress progress(table_.used(), Progress::NO_DOTS);
+    weighPositions(table_, play_, known_, progress);
+  }
   if (std::ranges::all_of(table_.entries(), &BookEntry::isEmpty)) {
     print(stdout, "-->no move passes the limits of book.play!\n");
     return false;

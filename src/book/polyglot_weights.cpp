@@ -9,9 +9,10 @@
 
 namespace ombrin {
 
-void weighPositions(BookTable& table, const PlaySettings& settings, KnownOfMoves known) {
+void weighPositions(BookTable& table, const PlaySettings& settings, KnownOfMoves known,
+                    Progress& progress) {
   std::vector<PickRecord> records;
-  forEachPosition(table.entries(), [&](std::span<BookEntry> moves) {
+  forEachPosition(table.entries(), progress, [&](std::span<BookEntry> moves) {
     records.assign(moves.size(), PickRecord());
     weighMoves(moves, records, moves.front().isBlackMove() ? BLACK : WHITE, settings, known);
     const double largest = std::ranges::max(records, {}, &PickRecord::weight).weight;

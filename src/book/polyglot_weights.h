@@ -3,6 +3,7 @@
 #include "book/book_table.h"
 #include "book/move_weights.h"
 #include "book/play_settings.h"
+#include "book/progress.h"
 
 namespace ombrin {
 
@@ -10,6 +11,7 @@ namespace ombrin {
 // the weight with which the settings would have it played, the largest of a position being 65535,
 // and brings the moves of a position into the order of their weights. A move that would not be
 // played becomes empty.
-void weighPositions(BookTable& table, const PlaySettings& settings, KnownOfMoves known);
+void weighPositions(BookTable& table, const PlaySettings& settings, KnownOfMoves known,
+                    Progress& progress);
 
 }  // namespace ombrin

@@ -12,6 +12,8 @@ class Progress {
  public:
   // Steps of work on entries of books that a dot stands for.
   static constexpr std::uint64_t ENTRIES_PER_DOT = 1000000;
+  // For work of which only a terminal shows how far it is.
+  static constexpr std::uint64_t NO_DOTS = UINT64_MAX;
 
   // The work is done at `whole` units; 0 when nobody knows. A dot stands for `perDot` steps.
   Progress(std::uint64_t whole, std::uint64_t perDot);

@@ -39,8 +39,9 @@ std::int64_t countPositions(const BookTable& table) {
   return count;
 }
 
-void thinPositions(BookTable& table, const BuildSettings& settings, BuildCounters& counters) {
-  forEachPosition(table.entries(), [&](std::span<BookEntry> moves) {
+void thinPositions(BookTable& table, const BuildSettings& settings, BuildCounters& counters,
+                   Progress& progress) {
+  forEachPosition(table.entries(), progress, [&](std::span<BookEntry> moves) {
     std::int64_t games = 0;
     for (const BookEntry& move : moves) games += static_cast<std::int64_t>(move.games());
     std::int64_t budget = std::llround(static_cast<double>(games) * settings.keeppct);

@@ -19,6 +19,7 @@ std::int64_t countPositions(const BookTable& table);
 
 // Of a sorted table: keeps in every position the most played moves that together cover the share of
 // its games that the settings ask for, and empties and counts the others.
-void thinPositions(BookTable& table, const BuildSettings& settings, BuildCounters& counters);
+void thinPositions(BookTable& table, const BuildSettings& settings, BuildCounters& counters,
+                   Progress& progress);
 
 }  // namespace ombrin

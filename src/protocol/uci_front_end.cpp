@@ -1,6 +1,5 @@
 #include "protocol/uci_front_end.h"
 
-#include "board/notation.h"
 #include "platform/tick.h"
 #include "protocol/end_process.h"
 #include "protocol/program_name.h"

@@ -1,6 +1,4 @@
 // The part of the UCI front-end that deals with the game: "position" and "go".
-#include <algorithm>
-
 #include "board/display.h"
 #include "board/fen.h"
 #include "board/notation.h"

@@ -1,7 +1,6 @@
 #include "search/move_picker.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "board/attacks.h"
 #include "board/exchange.h"

@@ -3,7 +3,6 @@
 #include <span>
 
 #include "board/board.h"
-#include "board/score.h"
 #include "search/search_thread.h"
 
 namespace ombrin {

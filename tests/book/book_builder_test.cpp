@@ -465,7 +465,7 @@ TEST(TableFilter, KeepsTheMovesThatCoverAPosition) {
     BuildCounters counters;
     BuildSettings settings;
     settings.keeppct = keeppct;
-    thinPositions(table, settings, counters);
+    thinPositions(table, settings, counters, progress);
     EXPECT_EQ(counters.droppedByKeeppct, 2 * (3 - kept)) << keeppct;
     EXPECT_FALSE(table.entries()[0].isEmpty() || table.entries()[3].isEmpty());
   }
