@@ -11,9 +11,9 @@ namespace ombrin {
 namespace {
 
 constexpr char INFO[] =
-    R"(info depth \d+ seldepth \d+ score (cp -?\d+|mate -?\d+) time \d+ nodes \d+( nps \d+)? pv ([a-h][1-8][a-h][1-8][QRBN]? )*)";
+    R"(info depth \d+ seldepth \d+ score (cp -?\d+|mate -?\d+) time \d+ nodes \d+( nps \d+)? pv ([a-h][1-8][a-h][1-8][qrbn]? )*)";
 constexpr char CURRENT_MOVE[] =
-    R"(info currmove [a-h][1-8][a-h][1-8][QRBN]? currmovenumber \d+ time \d+ nodes \d+( nps \d+)? hashfull \d+)";
+    R"(info currmove [a-h][1-8][a-h][1-8][qrbn]? currmovenumber \d+ time \d+ nodes \d+( nps \d+)? hashfull \d+)";
 constexpr char BEST_WITH_PONDER[] = "bestmove [a-h][1-8][a-h][1-8] ponder [a-h][1-8][a-h][1-8]";
 constexpr char BEST_ALONE[] = "bestmove [a-h][1-8][a-h][1-8]";
 constexpr char NO_BEST[] = "bestmove 0000";

@@ -14,8 +14,8 @@ namespace ombrin {
 namespace {
 
 constexpr char INI[] = "search.nthreads=1\nwinboard.timegap=0\nwinboard.logdir=logs\n";
-constexpr char MOVE[] = "move [a-h][1-8][a-h][1-8][QRBN]?";
-constexpr char THINKING[] = R"(\d+ -?\d+ \d+ \d+( [a-h][1-8][a-h][1-8][QRBN]?)+)";
+constexpr char MOVE[] = "move [a-h][1-8][a-h][1-8][qrbn]?";
+constexpr char THINKING[] = R"(\d+ -?\d+ \d+ \d+( [a-h][1-8][a-h][1-8][qrbn]?)+)";
 
 bool matches(const std::string& line, const std::string& pattern) {
   return std::regex_match(line, std::regex(pattern));
