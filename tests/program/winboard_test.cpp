@@ -227,7 +227,7 @@ TEST_F(Winboard, TellsPonderedPromotionsApart) {
     std::string line;
     do {
       line = session.line();
-    } while (!matches(line, THINKING) || line.find(" e7e8Q") == std::string::npos);
+    } while (!matches(line, THINKING) || line.find(" e7e8q") == std::string::npos);
     session.send(std::string("usermove ") + reply);
     session.waitFor("move ");
     EXPECT_EQ(session.fileText("logs/ombrin-0000.log").find("]: ponderhit\n") != std::string::npos,
