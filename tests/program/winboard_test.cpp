@@ -356,6 +356,7 @@ TEST_F(Winboard, Analyses) {
 TEST_F(Winboard, HintsAtTheReplyThatItExpects) {
   newGame();
   EXPECT_TRUE(ask("hint").empty());
+  send("st 600");
   send("sd 4");
   for (const char* pondering : {"easy", "hard"}) {
     send(pondering);
@@ -397,7 +398,7 @@ TEST_F(Winboard, LeavesAGameAloneThatSomeoneElseChanged) {
   for (const char* command : {"new", "time 360000", "usermove e2e4", "reset", "?"}) {
     session.ask(command);
   }
-  EXPECT_TRUE(contains(session.ask("stop"), "bestmove "));
+  session.ask("setoption name Clear Hash");  // waits for the search to end
   EXPECT_TRUE(contains(session.ask(""), "/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0"));
 }
 
