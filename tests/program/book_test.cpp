@@ -74,7 +74,7 @@ TEST_F(Books, AreBuiltFromSeveralSourcesAndBecomePolyglots) {
 }
 
 // Standard input gives no games, so the building goes on until the program has to end.
-TEST_F(Books, LeaveNothingBehindWhenTheirBuildingIsEnded) {
+TEST_F(Books, LeaveNothingBehindOnEndRequest) {
   for (const int signal : {SIGTERM, SIGINT}) {
     Session session(INI);
     const auto countFiles = [&session] {
