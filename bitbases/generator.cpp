@@ -144,8 +144,8 @@ class Workshop {
       std::printf("%s ...; %s\n", label_.c_str(), progress_->text().c_str());
       std::fflush(stdout);
     });
-    TableWriter writer(material, solver.longestChain());
-    pack(*table, store_.source(), options_.threads, writer);
+    const TableWriter writer =
+        pack(*table, store_.source(), solver.longestChain(), options_.threads);
     if (writer.write(options_.directory)) return true;
     std::printf("%s cannot be written to %s\n", label_.c_str(), options_.directory.c_str());
     return false;

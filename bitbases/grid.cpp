@@ -80,29 +80,50 @@ Squares squaresAboveDiagonal() {
   return ABOVE_DIAGONAL;
 }
 
-Grid::Grid(const Material& material) : pattern_(material.pattern()), count_(pattern_.count) {
+Grid::Grid(const Material& material, int order)
+    : pattern_(material.pattern()), count_(pattern_.count) {
   for (int slot = 0; slot < count_; ++slot) {
     if (pattern_.slots[slot].type == PAWN) pawnSlots_[pawnCount_++] = slot;
   }
-  addGroups();
+  addParts(order);
   addSlices();
 }
 
-void Grid::addGroups() {
+void Grid::addParts(int order) {
   for (int slot = count_ - 1; slot >= 0; --slot) {
     if (pattern_.slots[slot].type == PAWN) continue;
-    if (groupCount_ > 0 && isAlike(pattern_.slots[slot], pattern_.slots[slot + 1])) {
-      Group& group = groups_[groupCount_ - 1];
-      --group.first;
-      ++group.count;
+    if (partCount_ > 0 && isAlike(pattern_.slots[slot], pattern_.slots[slot + 1])) {
+      Part& part = parts_[partCount_ - 1];
+      --part.first;
+      ++part.count;
+      part.size = groupSize(part.count);
     } else {
-      groups_[groupCount_++] = {slot, 1, 0};
+      parts_[partCount_++] = {slot, 1, groupSize(1), 0};
     }
   }
-  for (Group& group : std::span(groups_).first(static_cast<std::size_t>(groupCount_))) {
-    group.stride = placements_;
-    placements_ *= groupSize(group.count);
+  for (const Part& part : std::span(parts_).first(static_cast<std::size_t>(partCount_))) {
+    placements_ *= part.size;
   }
+  parts_[partCount_++] = {KING, 1, kings(), 0};
+
+  std::array<int, MAX_MEN + 1> permutation{0, 1, 2, 3};
+  for (int i = 0; i < order; ++i) {
+    std::next_permutation(permutation.begin(), permutation.begin() + partCount_);
+  }
+  const std::array<Part, MAX_MEN + 1> parts = parts_;
+  std::uint32_t stride = 1;
+  for (int i = 0; i < partCount_; ++i) {
+    parts_[i] = parts[permutation[i]];
+    parts_[i].stride = stride;
+    if (parts_[i].first == KING) kingStride_ = stride;
+    stride *= parts_[i].size;
+  }
+}
+
+int Grid::orders() const {
+  int orders = 1;
+  for (int i = 2; i <= partCount_; ++i) orders *= i;
+  return orders;
 }
 
 void Grid::addSlices() {
@@ -137,11 +158,11 @@ void Grid::addSlices() {
   visit(visit, 0, squares, 0);
 }
 
-std::uint32_t Grid::number(const Group& group, const MenSquares& squares) const {
-  const std::uint8_t* const s = &squares[group.first];
-  return group.stride * (group.count == 1   ? s[0]
-                         : group.count == 2 ? pairNumber(s[0], s[1])
-                                            : tripleNumber(s[0], s[1], s[2]));
+std::uint32_t Grid::number(const Part& part, const MenSquares& squares) const {
+  const std::uint8_t* const s = &squares[part.first];
+  return part.stride * (part.count == 1   ? s[0]
+                        : part.count == 2 ? pairNumber(s[0], s[1])
+                                          : tripleNumber(s[0], s[1], s[2]));
 }
 
 std::uint32_t Grid::pawnCode(MenSquares squares) const {
@@ -181,8 +202,10 @@ Grid::Place Grid::find(const Position& frame) const {
       squares[slot] = static_cast<std::uint8_t>(symmetry(squares[slot]));
     }
   }
-  std::uint32_t word = (slice * kings() + static_cast<std::uint32_t>(king)) * placements_;
-  for (int g = 0; g < groupCount_; ++g) word += number(groups_[g], squares);
+  std::uint32_t word = slice * sliceSize() + static_cast<std::uint32_t>(king) * kingStride_;
+  for (int i = 0; i < partCount_; ++i) {
+    if (parts_[i].first != KING) word += number(parts_[i], squares);
+  }
   return {word, symmetry};
 }
 
@@ -203,22 +226,25 @@ Grid::Place Grid::findPosition(const Position& position) const {
 Position Grid::frame(std::uint32_t word) const {
   Position frame = pattern_;
   std::uint32_t rest = word;
-  for (int g = 0; g < groupCount_; ++g) {
-    const Group& group = groups_[g];
-    Man* const men = &frame.slots[group.first];
-    if (group.count == 1) {
-      men[0].square = static_cast<std::uint8_t>(rest & 63);
-      rest >>= 6;
+  for (int i = 0; i < partCount_; ++i) {
+    const Part& part = parts_[i];
+    if (part.count == 1) {
+      // Most are of 64 squares: a division takes longer.
+      const std::uint32_t number = part.size == 64 ? rest & 63 : rest % part.size;
+      rest = part.size == 64 ? rest >> 6 : rest / part.size;
+      if (part.first == KING) {
+        frame.king[0] = king(number);
+      } else {
+        frame.slots[part.first].square = static_cast<std::uint8_t>(number);
+      }
       continue;
     }
-    const std::uint32_t size = groupSize(group.count);
     const std::array<std::uint8_t, MAX_MEN>& squares =
-        group.count == 2 ? pairs()[rest % size] : triples()[rest % size];
-    for (int i = 0; i < group.count; ++i) men[i].square = squares[i];
-    rest /= size;
+        part.count == 2 ? pairs()[rest % part.size] : triples()[rest % part.size];
+    rest /= part.size;
+    for (int n = 0; n < part.count; ++n) frame.slots[part.first + n].square = squares[n];
   }
-  frame.king[0] = king(rest % kings());
-  const MenSquares& pawns = pawns_[rest / kings()];
+  const MenSquares& pawns = pawns_[rest];
   for (int n = 0; n < pawnCount_; ++n) {
     frame.slots[pawnSlots_[n]].square = pawns[pawnSlots_[n]];
   }
@@ -235,15 +261,15 @@ int Grid::kingNumber(Square square) const {
 
 std::int32_t Grid::offset(const Position& frame, int slot, Square to) const {
   const Square from = frame.slots[slot].square;
-  for (int g = 0; g < groupCount_; ++g) {
-    const Group& group = groups_[g];
-    if (slot < group.first || slot >= group.first + group.count) continue;
-    if (group.count == 1) return (to - from) * static_cast<std::int32_t>(group.stride);
+  for (int i = 0; i < partCount_; ++i) {
+    const Part& part = parts_[i];
+    if (slot < part.first || slot >= part.first + part.count || part.first == KING) continue;
+    if (part.count == 1) return (to - from) * static_cast<std::int32_t>(part.stride);
     MenSquares squares{};
-    for (int i = 0; i < count_; ++i) squares[i] = frame.slots[i].square;
-    const std::uint32_t before = number(group, squares);
+    for (int n = 0; n < count_; ++n) squares[n] = frame.slots[n].square;
+    const std::uint32_t before = number(part, squares);
     squares[slot] = static_cast<std::uint8_t>(to);
-    return static_cast<std::int32_t>(number(group, squares) - before);
+    return static_cast<std::int32_t>(number(part, squares) - before);
   }
   return 0;
 }

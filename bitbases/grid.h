@@ -23,7 +23,10 @@ Squares squaresAboveDiagonal();
 // words with the pawns on the same squares are one after the other and make a slice.
 class Grid {
  public:
-  explicit Grid(const Material& material);
+  // The words of a slice can be ordered in several ways, from 0 to orders() - 1. In the first, for
+  // solving, the white king's squares are furthest apart.
+  explicit Grid(const Material& material, int order = 0);
+  int orders() const;
 
   struct Place {
     std::uint32_t word = 0;
@@ -44,8 +47,7 @@ class Grid {
   // Men that are neither kings nor pawns.
   int freeMen() const { return count_ - pawnCount_; }
 
-  // Words of a slice are ordered by the white king, then by the placement of the other men. Some
-  // words have men on one square: they stand for nothing.
+  // Some words have men on one square: they stand for nothing.
   Position frame(std::uint32_t word) const;
   Square king(std::uint32_t number) const;
   // -1 for a square that the white king is never brought to.
@@ -66,24 +68,27 @@ class Grid {
   Squares counted(std::uint32_t word) const;
 
  private:
-  // A run of like men that are no pawns.
-  struct Group {
-    int first;  // slot
+  // What a slice's words are numbered by: a run of like men that are no pawns, or the white king.
+  struct Part {
+    int first;  // slot; or KING
     int count;
+    std::uint32_t size;
     std::uint32_t stride;
   };
+  static constexpr int KING = -1;
   using MenSquares = std::array<std::uint8_t, MAX_MEN>;
 
-  std::uint32_t number(const Group& group, const MenSquares& squares) const;
+  std::uint32_t number(const Part& part, const MenSquares& squares) const;
   std::uint32_t pawnCode(MenSquares squares) const;
-  void addGroups();
+  void addParts(int order);
   void addSlices();
 
   Position pattern_;
   int count_ = 0;
   int pawnCount_ = 0;
-  int groupCount_ = 0;
-  std::array<Group, MAX_MEN> groups_{};  // the last first: its numbers are the closest together
+  int partCount_ = 0;
+  std::array<Part, MAX_MEN + 1> parts_{};  // those with the closest words first
+  std::uint32_t kingStride_ = 0;
   std::uint32_t placements_ = 1;
   std::array<int, MAX_MEN> pawnSlots_{};
   std::vector<MenSquares> pawns_;  // the pawns' squares by slice

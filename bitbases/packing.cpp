@@ -1,10 +1,13 @@
 #include "packing.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "frame_sets.h"
 #include "leaving_moves.h"
@@ -98,32 +101,70 @@ class Filler {
   const std::uint8_t* matters_;
 };
 
-}  // namespace
+// Makes the blocks of one table.
+class Packer {
+ public:
+  Packer(const FullTable& table, const TableSource& source)
+      : table_(table), leaving_(table.material, source, nullptr) {}
 
-void pack(const FullTable& table, const TableSource& source, int threads, TableWriter& writer) {
-  const LeavingMoves leaving(table.material, source, nullptr);
-  const std::uint32_t half = writer.blocks() / 2;
-  forRanges(writer.blocks(), 1, threads, [&](std::uint64_t n, std::uint64_t) {
-    const auto number = static_cast<std::uint32_t>(n);
+  std::vector<std::byte> block(const TableWriter& writer, std::uint32_t number) const {
+    const std::uint32_t half = writer.blocks() / 2;
     const Color side = number < half ? 0 : 1;
     const std::uint32_t begin = (number - (side == 0 ? 0 : half)) * Block::WORDS;
-    const std::uint32_t end = std::min(begin + Block::WORDS, table.grid.words());
+    const std::uint32_t end = std::min(begin + Block::WORDS, writer.grid().words());
     Draft draft;
     for (std::uint32_t word = begin; word < end; ++word) {
-      const Position frame = table.grid.frame(word);
+      const Position frame = writer.grid().frame(word);
       Squares legal = legalSet(frame, side);
-      if (table.grid.isOnDiagonal(frame)) legal &= ~squaresAboveDiagonal();
+      if (table_.grid.isOnDiagonal(frame)) legal &= ~squaresAboveDiagonal();
       if (legal == 0) continue;
-      const Leaving captures = leaving.captures(frame, side);
-      const Squares won = table.won[side][word];
-      draft.values.won[word - begin] = won;
-      draft.values.lost[word - begin] = table.lost[side][word];
+      const Leaving captures = leaving_.captures(frame, side);
+      const ValueSets values = table_.at(frame, side);
+      draft.values.won[word - begin] = values.won;
+      draft.values.lost[word - begin] = values.lost;
       draft.matters.won[word - begin] = legal & ~captures.won;
-      draft.matters.lost[word - begin] = legal & ~captures.saved & ~won;
+      draft.matters.lost[word - begin] = legal & ~captures.saved & ~values.won;
     }
     Filler(draft).fill();
-    writer.set(number, packed(draft.values));
+    return packed(draft.values);
+  }
+
+ private:
+  const FullTable& table_;
+  LeavingMoves leaving_;
+};
+
+// How large some of the blocks are in one order.
+std::size_t sampleSize(const Packer& packer, const TableWriter& writer, int threads) {
+  constexpr std::uint32_t FEWEST = 12;
+  constexpr std::uint32_t ONE_OF = 64;
+  const std::uint32_t count = std::min(writer.blocks(), std::max(writer.blocks() / ONE_OF, FEWEST));
+  std::atomic<std::size_t> size = 0;
+  forRanges(count, 1, threads, [&](std::uint64_t n, std::uint64_t) {
+    const std::uint64_t number = n * writer.blocks() / count;
+    size += packer.block(writer, static_cast<std::uint32_t>(number)).size();
   });
+  return size;
+}
+
+}  // namespace
+
+TableWriter pack(const FullTable& table, const TableSource& source, int longestChain, int threads) {
+  const Packer packer(table, source);
+  TableWriter best(table.material, 0, longestChain);
+  std::size_t smallest = sampleSize(packer, best, threads);
+  for (int order = 1; order < table.grid.orders(); ++order) {
+    TableWriter writer(table.material, order, longestChain);
+    const std::size_t size = sampleSize(packer, writer, threads);
+    if (size >= smallest) continue;
+    smallest = size;
+    best = std::move(writer);
+  }
+  forRanges(best.blocks(), 1, threads, [&](std::uint64_t n, std::uint64_t) {
+    const auto number = static_cast<std::uint32_t>(n);
+    best.set(number, packer.block(best, number));
+  });
+  return best;
 }
 
 }  // namespace bitbases

@@ -5,8 +5,8 @@
 
 namespace bitbases {
 
-// Compresses a table for its file. Positions whose values a file need not have get those that make
-// it small.
-void pack(const FullTable& table, const TableSource& source, int threads, TableWriter& writer);
+// Compresses a table for its file, in the order of its words that makes it smallest, as far as a
+// sample tells. Positions whose values a file need not have get those that make it small.
+TableWriter pack(const FullTable& table, const TableSource& source, int longestChain, int threads);
 
 }  // namespace bitbases

@@ -10,7 +10,7 @@ namespace bitbases {
 
 namespace {
 
-constexpr std::uint32_t VERSION = 2;
+constexpr std::uint32_t VERSION = 3;
 
 struct Header {
   std::array<char, 8> magic{'E', 'G', 'B', 'B', 'W', 'D', 'L', 0};
@@ -18,17 +18,20 @@ struct Header {
   std::uint32_t blockWords = Block::WORDS;
   std::array<char, 16> name{};
   std::uint64_t words = 0;
+  std::uint32_t order = 0;
   std::uint32_t longestChain = 0;
+  std::uint32_t reserved = 0;
   std::uint32_t checksum = 0;
 };
-static_assert(sizeof(Header) == 48);
+static_assert(sizeof(Header) == 56);
 
-Header headerOf(const Material& material, const Grid& grid, int longestChain,
-                std::span<const std::byte> index) {
+Header headerOf(const Material& material, const Grid& grid, std::uint32_t order,
+                std::uint32_t longestChain, std::span<const std::byte> index) {
   Header header;
   std::ranges::copy(material.name(), header.name.begin());
   header.words = grid.words();
-  header.longestChain = static_cast<std::uint32_t>(longestChain);
+  header.order = order;
+  header.longestChain = longestChain;
   const auto before =
       std::as_bytes(std::span(&header, 1)).first(sizeof header - sizeof header.checksum);
   header.checksum = checksum(index, checksum(before, 0));
@@ -49,15 +52,19 @@ std::string tablePath(const std::string& directory, const Material& material) {
   return path + ".wdl";
 }
 
-TableFile::TableFile(std::string path, const Material& material)
-    : path_(std::move(path)), file_(path_), grid_(material) {}
+TableFile::TableFile(std::string path, const Material& material, int order)
+    : path_(std::move(path)), file_(path_), grid_(material, order) {}
 
 std::unique_ptr<const TableFile> TableFile::open(const std::string& directory,
                                                  const Material& material) {
   const std::string path = tablePath(directory, material);
-  // Before the grid is made, which takes longer than to look.
-  if (!File(path).isOpen()) return nullptr;
-  std::unique_ptr<TableFile> table(new TableFile(path, material));
+  const File file(path);
+  Header header;
+  if (!file.isOpen() || !file.read(0, std::as_writable_bytes(std::span(&header, 1))) ||
+      header.order >= static_cast<std::uint32_t>(Grid(material).orders())) {
+    return nullptr;
+  }
+  std::unique_ptr<TableFile> table(new TableFile(path, material, static_cast<int>(header.order)));
   if (!table->readIndex(material)) return nullptr;
   return table;
 }
@@ -74,7 +81,7 @@ bool TableFile::readIndex(const Material& material) {
   const auto bytes = std::as_writable_bytes(std::span(index_));
   if (!file_.read(sizeof header, bytes)) return false;
   longestChain_ = static_cast<int>(header.longestChain);
-  const Header expected = headerOf(material, grid_, longestChain_, bytes);
+  const Header expected = headerOf(material, grid_, header.order, header.longestChain, bytes);
   if (std::memcmp(&header, &expected, sizeof header) != 0) return false;
   checksum_ = header.checksum;
   // What the checksum cannot tell: that whoever wrote the file knew how.
@@ -103,8 +110,12 @@ bool TableFile::isWhole() const {
   return true;
 }
 
-TableWriter::TableWriter(const Material& material, int longestChain)
-    : material_(material), longestChain_(longestChain), blocks_(blockCount(Grid(material))) {}
+TableWriter::TableWriter(const Material& material, int order, int longestChain)
+    : material_(material),
+      order_(order),
+      longestChain_(longestChain),
+      grid_(material, order),
+      blocks_(blockCount(grid_)) {}
 
 bool TableWriter::write(const std::string& directory) const {
   std::vector<TableFile::Entry> index;
@@ -114,7 +125,8 @@ bool TableWriter::write(const std::string& directory) const {
     index.push_back({end, checksum(block, index.size())});
   }
   const auto indexBytes = std::as_bytes(std::span(index));
-  const Header header = headerOf(material_, Grid(material_), longestChain_, indexBytes);
+  const Header header = headerOf(material_, grid_, static_cast<std::uint32_t>(order_),
+                                 static_cast<std::uint32_t>(longestChain_), indexBytes);
   const std::string path = tablePath(directory, material_);
   const std::string unfinished = path + ".part";
   std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);

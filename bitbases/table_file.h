@@ -5,7 +5,9 @@
 //   4        words to a block
 //   16       the material's name, zeros after it
 //   8        words for each side to move
+//   4        the order of the words (see Grid)
 //   4        the longest chain (see Solver::longestChain())
+//   4        zero
 //   4        checksum of the index and the header's bytes before this number
 //
 //   8        for each block, White to move first: where its bytes end, counted from the end of the
@@ -62,7 +64,7 @@ class TableFile {
     std::uint32_t checksum;
   };
 
-  TableFile(std::string path, const Material& material);
+  TableFile(std::string path, const Material& material, int order);
   bool readIndex(const Material& material);
 
   std::string path_;
@@ -79,20 +81,24 @@ class TableFile {
 // Collects a table's blocks and writes its file.
 class TableWriter {
  public:
-  TableWriter(const Material& material, int longestChain);
+  // With the words in one of the orders that Grid has.
+  TableWriter(const Material& material, int order, int longestChain);
 
   // Of each block in turn. Any thread, for blocks of their own.
   void set(std::uint32_t number, std::vector<std::byte> bytes) {
     blocks_[number] = std::move(bytes);
   }
   std::uint32_t blocks() const { return static_cast<std::uint32_t>(blocks_.size()); }
+  const Grid& grid() const { return grid_; }
   // Writes the file as a whole or not at all: under another name first. False when that is not
   // possible.
   bool write(const std::string& directory) const;
 
  private:
   Material material_;
+  int order_;
   int longestChain_;
+  Grid grid_;
   std::vector<std::vector<std::byte>> blocks_;
 };
 

@@ -60,15 +60,16 @@ std::shared_ptr<FullTable> TableStore::load(const Material& material, Color side
   forRanges(words, Block::WORDS, threads_, [&](std::uint64_t begin, std::uint64_t end) {
     Block block;
     if (!file->read(file->blockOf(side, static_cast<std::uint32_t>(begin)), block)) isWhole = false;
-    for (auto word = static_cast<std::uint32_t>(begin); word < end; ++word) {
-      const Position frame = table->grid.frame(word);
+    for (auto kept = static_cast<std::uint32_t>(begin); kept < end; ++kept) {
+      const Position frame = file->grid().frame(kept);
+      const std::uint32_t word = table->grid.find(frame).word;
       Squares legal = legalSet(frame, side);
       if (table->grid.isOnDiagonal(frame)) legal &= ~squaresAboveDiagonal();
       if (legal == 0) continue;
       const Leaving captures = leaving.captures(frame, side);
-      const Squares won = legal & (block.won[word - begin] | captures.won);
+      const Squares won = legal & (block.won[kept - begin] | captures.won);
       table->won[side][word] = won;
-      table->lost[side][word] = legal & block.lost[word - begin] & ~won & ~captures.saved;
+      table->lost[side][word] = legal & block.lost[kept - begin] & ~won & ~captures.saved;
     }
   });
   if (!isWhole) return nullptr;

@@ -54,7 +54,7 @@ std::string readFile(const std::string& path) {
 
 void damage(std::string& file, Bytes& bytes) {
   for (int count = bytes.next() % 4; count > 0 && !file.empty(); --count) {
-    // Headers are 48 bytes.
+    // Headers are 56 bytes.
     const std::uint8_t where = bytes.next();
     const std::size_t offset = where < 64 ? where : bytes.nextWord();
     file[offset % file.size()] = static_cast<char>(bytes.next());

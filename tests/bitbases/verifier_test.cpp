@@ -22,9 +22,7 @@ TEST(Verifier, FindsAWrongValue) {
   const auto right = solver.solve([](double) {});
   const std::string directory = makeDirectory("wrong");
   const auto wrongPositions = [&](const bitbases::FullTable& table) {
-    bitbases::TableWriter writer(material, 0);
-    pack(table, store.source(), 1, writer);
-    EXPECT_TRUE(writer.write(directory));
+    EXPECT_TRUE(pack(table, store.source(), 0, 1).write(directory));
     const auto set = std::make_unique<bitbases::TableSet>([](const std::string&) {});
     set->setCache(0);
     EXPECT_TRUE(set->add(directory, material));
